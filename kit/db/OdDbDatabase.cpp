@@ -1,0 +1,118 @@
+#include "kit/db/OdDbDatabase.h"
+
+#include <algorithm>
+
+OdDbDatabase::OdDbDatabase() = default;
+OdDbDatabase::~OdDbDatabase() = default;
+
+ViewportRecord* OdDbDatabase::activeViewport() const { return viewports_.find("*Active"); }
+
+std::vector<Layout*> OdDbDatabase::layouts() const {
+  std::vector<Layout*> result;
+  for (DbObject* object : objects_) {
+    if (Layout* layout = dbCast<Layout>(object)) result.push_back(layout);
+  }
+  std::stable_sort(result.begin(), result.end(), [](const Layout* a, const Layout* b) {
+    bool aModel = a->isModelLayout(), bModel = b->isModelLayout();
+    if (aModel != bModel) return aModel;
+    return a->tabOrder < b->tabOrder;
+  });
+  return result;
+}
+
+Layout* OdDbDatabase::findLayout(std::string_view name) const {
+  for (DbObject* object : objects_) {
+    Layout* layout = dbCast<Layout>(object);
+    if (layout && equalsIgnoringCase(layout->name, name)) return layout;
+  }
+  return nullptr;
+}
+
+Layout* OdDbDatabase::layoutOfBlock(const BlockRecord* block) const {
+  if (!block) return nullptr;
+  if (Layout* layout = findAs<Layout>(block->layout)) {
+    if (layout->block == block) return layout;
+  }
+  for (DbObject* object : objects_) {
+    Layout* layout = dbCast<Layout>(object);
+    if (layout && layout->block == block) return layout;
+  }
+  return nullptr;
+}
+
+Layout* OdDbDatabase::activeLayout() const {
+  return layoutOfBlock(header_.tileMode ? modelSpace() : paperSpace());
+}
+
+DbObject* OdDbDatabase::findInDictionaries(std::initializer_list<std::string_view> path) const {
+  DbObject* current = namedObjectsDictionary();
+  for (std::string_view name : path) {
+    Dictionary* dictionary = dbCast<Dictionary>(current);
+    if (!dictionary) return nullptr;
+    current = find(dictionary->find(name));
+  }
+  return current;
+}
+
+const SpatialFilterObject* OdDbDatabase::spatialFilterOf(const BlockReferenceEntity& reference) const {
+  Dictionary* xdict = findAs<Dictionary>(reference.extensionDictionary());
+  if (!xdict) return nullptr;
+  Dictionary* filters = findAs<Dictionary>(xdict->find("ACAD_FILTER"));
+  if (!filters) return nullptr;
+  return findAs<SpatialFilterObject>(filters->find("SPATIAL"));
+}
+
+size_t OdDbDatabase::entityCount() const {
+  size_t count = 0;
+  for (const BlockRecord* block : blocks_) count += block->entities.size();
+  return count;
+}
+
+ObjectExtras& OdDbDatabase::extrasOf(DbObject& object) {
+  if (!object.extras) object.extras = arena_.make<ObjectExtras>();
+  return *object.extras;
+}
+
+void OdDbDatabase::adoptHandle(DbObject* object) {
+  uint64_t value = object->handle.value();
+  if (value > highestHandle_) highestHandle_ = value;
+  if (value != 0 && handles_.insert(object->handle, object)) return;
+  unhandled_.push_back(object);
+}
+
+void OdDbDatabase::reassignHandle(DbObject* object, OdDbHandle handle) {
+  if (find(object->handle) == object) handles_.erase(object->handle);
+  object->handle = handle;
+  if (handle.value() > highestHandle_) highestHandle_ = handle.value();
+  handles_.assign(handle, object);
+}
+
+OdDbHandle OdDbDatabase::allocateHandle() {
+  uint64_t next = std::max(highestHandle_ + 1, header_.handSeed.value());
+  if (next == 0) next = 1;
+  while (handles_.find(OdDbHandle(next))) ++next;
+  highestHandle_ = next;
+  return OdDbHandle(next);
+}
+
+void OdDbDatabase::addObject(DbObject* object) {
+  objects_.push_back(object);
+  adoptHandle(object);
+}
+
+template <class Record>
+Record* OdDbDatabase::recordNamed(SymbolTable<Record>& table, std::string_view name) {
+  if (Record* found = table.find(name)) return found;
+  Record* record = arena_.make<Record>();
+  record->name = std::string(name);
+  record->implicitlyCreated = true;
+  table.add(record);
+  unhandled_.push_back(record);
+  return record;
+}
+
+LayerRecord* OdDbDatabase::layerNamed(std::string_view name) { return recordNamed(layers_, name); }
+LinetypeRecord* OdDbDatabase::linetypeNamed(std::string_view name) { return recordNamed(linetypes_, name); }
+TextStyleRecord* OdDbDatabase::textStyleNamed(std::string_view name) { return recordNamed(textStyles_, name); }
+DimStyleRecord* OdDbDatabase::dimStyleNamed(std::string_view name) { return recordNamed(dimStyles_, name); }
+BlockRecord* OdDbDatabase::blockNamed(std::string_view name) { return recordNamed(blocks_, name); }

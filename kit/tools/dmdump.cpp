@@ -1,0 +1,50 @@
+// dmdump: prints a drawing database as stable text (see kit/db/DatabaseDump.h), so that two loads
+// can be compared with diff.
+//
+//   dmdump [--recover] [--summary] [--header] [--no-report] <drawing.dxf>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "kit/base/OdError.h"
+#include "kit/db/DatabaseDump.h"
+#include "kit/dxf/DxfReader.h"
+
+namespace {
+
+int usage() {
+  std::fprintf(stderr, "usage: dmdump [--recover] [--summary] [--header] [--no-report] <drawing.dxf>\n");
+  return 2;
+}
+
+std::string narrow(const OdString& s) {
+  std::string out;
+  for (OdChar c : s.str()) out += (c < 0x80) ? char(c) : '?';
+  return out;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  DxfReadOptions readOptions;
+  DumpOptions dumpOptions;
+  const char* path = nullptr;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--recover") == 0) readOptions.recover = true;
+    else if (std::strcmp(argv[i], "--summary") == 0) dumpOptions.entities = false;
+    else if (std::strcmp(argv[i], "--header") == 0) dumpOptions.allHeaderVariables = true;
+    else if (std::strcmp(argv[i], "--no-report") == 0) dumpOptions.loadReport = false;
+    else if (argv[i][0] == '-' || path) return usage();
+    else path = argv[i];
+  }
+  if (!path) return usage();
+  try {
+    OdDbDatabasePtr db = readDxfFile(path, readOptions);
+    std::string text = dumpDatabase(*db, dumpOptions);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+  } catch (const OdError& e) {
+    std::fprintf(stderr, "dmdump: %s\n", narrow(e.description()).c_str());
+    return 1;
+  }
+  return 0;
+}
