@@ -104,10 +104,10 @@ Layout* createLayout(OdDbDatabase& db, Dictionary* layoutDictionary, const std::
   return layout;
 }
 
-std::string unusedLayoutName(const OdDbDatabase& db, int& counter) {
+std::string unusedLayoutName(std::unordered_set<std::string>& names, int& counter) {
   for (;;) {
     std::string name = "Layout" + std::to_string(++counter);
-    if (!db.findLayout(name)) return name;
+    if (names.insert(toUpperAscii(name)).second) return name;
   }
 }
 
@@ -126,14 +126,19 @@ void linkLayouts(OdDbDatabase& db) {
   Dictionary* nod = ensureNamedObjects(db);
   Dictionary* layoutDictionary = ensureDictionary(db, nod, "ACAD_LAYOUT");
   std::unordered_set<BlockRecord*> taken;
+  std::unordered_map<uint64_t, BlockRecord*> blockClaiming;  // layout handle -> block naming it
+  for (BlockRecord* candidate : db.blocks()) {
+    if (!candidate->layout.isNull()) blockClaiming.emplace(candidate->layout.value(), candidate);
+  }
   std::vector<Layout*> all = db.layouts();
+  std::unordered_set<std::string> names;
+  for (Layout* layout : all) names.insert(toUpperAscii(layout->name));
   for (Layout* layout : all) {
     BlockRecord* block = db.findAs<BlockRecord>(layout->blockRecordHandle);
-    if (!block) {
+    if (!block && !layout->handle.isNull()) {
       // The block may still name this layout.
-      for (BlockRecord* candidate : db.blocks()) {
-        if (candidate->layout == layout->handle && !layout->handle.isNull()) block = candidate;
-      }
+      auto it = blockClaiming.find(layout->handle.value());
+      if (it != blockClaiming.end()) block = it->second;
     }
     if (!block && equalsIgnoringCase(layout->name, "Model")) block = db.modelSpace();
     if (block && taken.count(block)) block = nullptr;
@@ -151,20 +156,32 @@ void linkLayouts(OdDbDatabase& db) {
   // A layout named "Model" that is not model space keeps its block; model space needs its own.
   int counter = 0;
   int16_t nextTab = 1;
-  for (Layout* layout : db.layouts()) nextTab = int16_t(std::max<int>(nextTab, layout->tabOrder + 1));
+  for (Layout* layout : all) nextTab = int16_t(std::max<int>(nextTab, layout->tabOrder + 1));
   BlockRecord* model = db.modelSpace();
-  if (!taken.count(model)) createLayout(db, layoutDictionary, db.findLayout("Model") ? "Model_" : "Model", model, 0);
+  if (!taken.count(model)) createLayout(db, layoutDictionary, names.count("MODEL") ? "Model_" : "Model", model, 0);
   BlockRecord* paper = db.paperSpace();
-  if (!taken.count(paper)) createLayout(db, layoutDictionary, unusedLayoutName(db, counter), paper, nextTab++);
+  if (!taken.count(paper)) createLayout(db, layoutDictionary, unusedLayoutName(names, counter), paper, nextTab++);
   for (BlockRecord* block : db.blocks()) {
     if (block->isPaperSpace() && !taken.count(block) && block != paper) {
-      createLayout(db, layoutDictionary, unusedLayoutName(db, counter), block, nextTab++);
+      createLayout(db, layoutDictionary, unusedLayoutName(names, counter), block, nextTab++);
     }
   }
   // Blocks that claim a layout which does not claim them back lose the claim.
   for (BlockRecord* block : db.blocks()) {
     Layout* layout = db.findAs<Layout>(block->layout);
     if (!layout || layout->block != block) block->layout = OdDbHandle();
+  }
+}
+
+// Entities of files without owner handles (R12) belong to the block they were read into.
+void setMissingOwners(OdDbDatabase& db) {
+  for (BlockRecord* block : db.blocks()) {
+    for (Entity* entity : block->entities) {
+      if (entity->ownerHandle.isNull()) entity->ownerHandle = block->handle;
+      if (auto* ref = dbCast<BlockReferenceEntity>(entity)) {
+        for (AttributeEntity* a : ref->attributes) a->ownerHandle = ref->handle;
+      }
+    }
   }
 }
 
@@ -262,4 +279,5 @@ void completeDatabase(OdDbDatabase& db) {
   cutCircularReferences(db);
   reportMissingDefinitions(db);
   giveHandles(db);
+  setMissingOwners(db);
 }

@@ -1,6 +1,8 @@
 // OBJECTS section: dictionaries, layouts and page setups, image and underlay definitions,
 // groups, xrecords, spatial filters, multiline styles and draw order tables; every other object
 // is kept whole as a GenericObject.
+#include <unordered_map>
+
 #include "kit/base/OdError.h"
 #include "kit/dxf/DxfLoader.h"
 
@@ -160,7 +162,7 @@ void readGroup(DxfLoader& in, GroupObject& g) {
 void readXRecord(DxfLoader& in, XRecordObject& x) {
   bool cloningSeen = false;
   readObjectGroups(in, x, true, [&](int code) {
-    if (code == 100 && in.subclass != "AcDbXrecord") return;
+    if (code == 100 && x.values.empty() && !cloningSeen) return;  // the AcDbXrecord marker itself
     if (code == 280 && !cloningSeen && x.values.empty()) {
       x.cloning = in.int16();
       cloningSeen = true;
@@ -276,16 +278,17 @@ DbObject* make(DxfLoader& in, Read read) {
   return o;
 }
 
-bool classIsProxy(const OdDbDatabase& db, std::string_view name) {
-  for (const DatabaseClass& c : db.classes()) {
-    if (c.dxfName == name) return c.wasProxy;
-  }
-  return false;
-}
 
 }  // namespace
 
 void DxfLoader::readObjectsSection() {
+  // Classes the file marks as proxies, by name (the first declaration of a name counts).
+  std::unordered_map<std::string, bool> classProxy;
+  for (const DatabaseClass& c : db.classes()) classProxy.emplace(c.dxfName, c.wasProxy);
+  auto classIsProxy = [&classProxy](const std::string& name) {
+    auto it = classProxy.find(name);
+    return it != classProxy.end() && it->second;
+  };
   while (next()) {
     if (tag.code != 0) continue;
     std::string name(tag.trimmed());
@@ -332,7 +335,7 @@ void DxfLoader::readObjectsSection() {
     } else {
       auto* g = db.newObject<GenericObject>();
       g->dxfName = name;
-      g->isProxy = name == "ACAD_PROXY_OBJECT" || classIsProxy(db, name);
+      g->isProxy = name == "ACAD_PROXY_OBJECT" || classIsProxy(name);
       readGenericObject(*this, *g);
       LoadReport& report = db.loadReport();
       if (g->isProxy) {

@@ -149,7 +149,6 @@ bool DxfTagReader::nextAscii(DxfTag& tag) {
   if (!parseGroupCode(codeLine, tag.code)) {
     // A last line of blanks (or NULs) is not a tag: files often end that way.
     if (trimBlanks(codeLine).empty() && cursor_ >= end_) return false;
-    --line_;
     return fail(Error::kBadGroupCode);
   }
   std::string_view valueLine;

@@ -52,8 +52,11 @@ std::array<uint32_t, 128> buildHighHalf(const std::string& iconvName, bool& isSi
     size_t outLeft = sizeof outCode;
     iconv(cd, nullptr, nullptr, nullptr, nullptr);
     size_t r = iconv(cd, &inPtr, &inLeft, &outPtr, &outLeft);
-    if (r == size_t(-1) && errno == EINVAL) single = false;  // a lead byte of a multi-byte page
-    if (r != size_t(-1) && outLeft == 0) table[size_t(b - 0x80)] = outCode;
+    bool leadByte = r == size_t(-1) && errno == EINVAL;
+    // Pages with combining marks (1255, 1258) hold a letter back until they see what follows.
+    if (r != size_t(-1)) iconv(cd, nullptr, nullptr, &outPtr, &outLeft);
+    if (leadByte) single = false;  // a lead byte of a multi-byte page
+    if (outLeft == 0) table[size_t(b - 0x80)] = outCode;
   }
   if (cd != iconv_t(-1)) iconv_close(cd);
   cache.emplace(iconvName, std::make_pair(table, single));
@@ -196,7 +199,14 @@ void DxfTextDecoder::decodeMultiByte(std::string_view raw, std::string& out) con
   char* in = const_cast<char*>(raw.data());
   size_t inLeft = raw.size();
   char buffer[1024];
-  while (inLeft > 0) {
+  for (;;) {
+    if (inLeft == 0) {
+      char* outPtr = buffer;
+      size_t outLeft = sizeof buffer;
+      iconv(cd, nullptr, nullptr, &outPtr, &outLeft);  // characters held back for combining marks
+      out.append(buffer, size_t(outPtr - buffer));
+      break;
+    }
     char* outPtr = buffer;
     size_t outLeft = sizeof buffer;
     size_t r = iconv(cd, &in, &inLeft, &outPtr, &outLeft);
