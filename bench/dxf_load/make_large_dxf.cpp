@@ -4,6 +4,7 @@
 // the ENTITIES section is copied as it is.
 //
 //   make_large_dxf <source.dxf> <output.dxf> [megabytes = 100]
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -75,7 +76,11 @@ int main(int argc, char** argv) {
   auto write = [&out](const std::string& code, const std::string& value) { out << code << '\n' << value << '\n'; };
   for (size_t i = 0; i < begin; ++i) write(tags[i].code, tags[i].value);
   const double target = megabytes * 1024 * 1024;
-  unsigned long long handle = 0x100000;
+  // New handles continue after the highest of the source, as a drawing that grew would have them.
+  unsigned long long handle = 1;
+  for (const Tag& t : tags) {
+    if (codeOf(t) == 5) handle = std::max(handle, std::strtoull(t.value.c_str(), nullptr, 16) + 1);
+  }
   size_t copies = 0, entityCount = 0;
   char buf[64];
   while (double(out.tellp()) < target) {

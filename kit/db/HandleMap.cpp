@@ -1,5 +1,7 @@
 #include "kit/db/HandleMap.h"
 
+#include <algorithm>
+
 size_t HandleMap::slotOf(uint64_t key) const {
   size_t mask = slots_.size() - 1;
   size_t i = size_t(mix(key)) & mask;
@@ -7,55 +9,97 @@ size_t HandleMap::slotOf(uint64_t key) const {
   return i;
 }
 
-void HandleMap::grow() {
+void HandleMap::growSparse() {
   std::vector<Slot> old;
   old.swap(slots_);
-  slots_.assign(old.empty() ? 1024 : old.size() * 2, Slot());
+  slots_.assign(old.empty() ? 256 : old.size() * 2, Slot());
   for (const Slot& s : old) {
     if (s.key != 0) slots_[slotOf(s.key)] = s;
   }
 }
 
-void HandleMap::reserve(size_t count) {
-  size_t wanted = 1024;
-  while (wanted < count * 2) wanted *= 2;
-  if (wanted <= slots_.size()) return;
-  std::vector<Slot> old;
-  old.swap(slots_);
-  slots_.assign(wanted, Slot());
-  for (const Slot& s : old) {
-    if (s.key != 0) slots_[slotOf(s.key)] = s;
+// The flat part may grow to cover `key` while it stays within a few pointers per object, so
+// that a file with scattered huge handles cannot make it large.
+bool HandleMap::growDenseFor(uint64_t key) {
+  const uint64_t limit = 4 * uint64_t(count_ + 1) + 4096;
+  if (key >= limit) return false;
+  size_t newSize = std::max<size_t>(size_t(key) + 1, std::min<size_t>(dense_.size() * 2, size_t(limit)));
+  dense_.resize(newSize, nullptr);
+  // Keys now covered by the flat part leave the hash table.
+  if (sparseCount_ != 0) {
+    std::vector<Slot> old;
+    old.swap(slots_);
+    slots_.assign(old.size(), Slot());
+    sparseCount_ = 0;
+    for (const Slot& s : old) {
+      if (s.key == 0) continue;
+      if (s.key < dense_.size()) dense_[s.key] = s.object;
+      else {
+        slots_[slotOf(s.key)] = s;
+        ++sparseCount_;
+      }
+    }
   }
+  return true;
 }
 
 bool HandleMap::insert(OdDbHandle handle, DbObject* object) {
   uint64_t key = handle.value();
   if (key == 0) return false;
-  // Keep the load factor at or below one half so that probes stay short.
-  if ((count_ + 1) * 2 > slots_.size()) grow();
-  size_t i = slotOf(key);
-  if (slots_[i].key == key) return false;
-  slots_[i] = {key, object};
+  if (key < dense_.size() || growDenseFor(key)) {
+    if (dense_[key]) return false;
+    dense_[key] = object;
+    ++count_;
+    return true;
+  }
+  if (!insertSparse(key, object)) return false;
   ++count_;
   return true;
 }
 
-void HandleMap::assign(OdDbHandle handle, DbObject* object) {
-  if (handle.isNull()) return;
-  if (!insert(handle, object)) slots_[slotOf(handle.value())].object = object;
+bool HandleMap::insertSparse(uint64_t key, DbObject* object) {
+  // Keep the load factor at or below one half so that probes stay short.
+  if ((sparseCount_ + 1) * 2 > slots_.size()) growSparse();
+  size_t i = slotOf(key);
+  if (slots_[i].key == key) return false;
+  slots_[i] = {key, object};
+  ++sparseCount_;
+  return true;
 }
 
-DbObject* HandleMap::find(OdDbHandle handle) const {
-  if (handle.isNull() || slots_.empty()) return nullptr;
-  const Slot& s = slots_[slotOf(handle.value())];
-  return s.key == handle.value() ? s.object : nullptr;
+void HandleMap::assign(OdDbHandle handle, DbObject* object) {
+  uint64_t key = handle.value();
+  if (key == 0) return;
+  if (insert(handle, object)) return;
+  if (key < dense_.size()) dense_[key] = object;
+  else slots_[slotOf(key)].object = object;
+}
+
+DbObject* HandleMap::findSparse(uint64_t key) const {
+  if (key == 0 || slots_.empty()) return nullptr;
+  const Slot& s = slots_[slotOf(key)];
+  return s.key == key ? s.object : nullptr;
 }
 
 bool HandleMap::erase(OdDbHandle handle) {
-  if (handle.isNull() || slots_.empty()) return false;
+  uint64_t key = handle.value();
+  if (key == 0) return false;
+  if (key < dense_.size()) {
+    if (!dense_[key]) return false;
+    dense_[key] = nullptr;
+    --count_;
+    return true;
+  }
+  if (!eraseSparse(key)) return false;
+  --count_;
+  return true;
+}
+
+bool HandleMap::eraseSparse(uint64_t key) {
+  if (slots_.empty()) return false;
   size_t mask = slots_.size() - 1;
-  size_t i = slotOf(handle.value());
-  if (slots_[i].key != handle.value()) return false;
+  size_t i = slotOf(key);
+  if (slots_[i].key != key) return false;
   // Backward-shift deletion keeps every remaining key reachable without tombstones.
   size_t j = i;
   for (;;) {
@@ -69,11 +113,13 @@ bool HandleMap::erase(OdDbHandle handle) {
     }
   }
   slots_[i] = Slot();
-  --count_;
+  --sparseCount_;
   return true;
 }
 
 void HandleMap::clear() {
+  dense_.clear();
   slots_.clear();
+  sparseCount_ = 0;
   count_ = 0;
 }

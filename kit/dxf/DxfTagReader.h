@@ -34,8 +34,9 @@ public:
   bool isBinary() const { return binary_; }
   // Advances to the next tag, skipping 999 comments. False at the end of the data or on an error.
   bool next(DxfTag& tag);
-  // The tag just read is read again by the next call to next().
-  void pushBack() { pushedBack_ = true; }
+  // The tag just read is read again by the next call to next(). The tag object it was read into
+  // must still exist then.
+  void pushBack() { pushedBack_ = last_ != nullptr; }
 
   Error error() const { return error_; }
   // ASCII: the line number reached; binary: the byte offset.
@@ -69,5 +70,5 @@ private:
   bool pushedBack_ = false;
   Error error_ = Error::kNone;
   size_t errorOffset_ = 0;
-  DxfTag last_;
+  const DxfTag* last_ = nullptr;
 };

@@ -13,9 +13,11 @@ TEST(HandleMap, AgreesWithAReferenceMapThroughInsertsAndErases) {
   std::unordered_map<uint64_t, DbObject*> reference;
   std::vector<DbObject> objects(64, DbObject(DbType::kUnknown));
   std::mt19937_64 random(7);
+  // Small handles (kept in the flat part as it grows) and huge ones (kept hashed), in few
+  // enough values that probe chains are long and keys come and go often.
+  auto keyAt = [](uint64_t i) { return i < 3000 ? 1 + i : (uint64_t(1) << 40) + i; };
   for (int step = 0; step < 200000; ++step) {
-    // Small key range: long probe chains and frequent collisions.
-    uint64_t key = 1 + random() % 3000;
+    uint64_t key = keyAt(random() % 6000);
     DbObject* object = &objects[random() % objects.size()];
     if (random() % 3 == 0) {
       EXPECT_EQ(map.erase(OdDbHandle(key)), reference.erase(key) == 1);
@@ -25,10 +27,20 @@ TEST(HandleMap, AgreesWithAReferenceMapThroughInsertsAndErases) {
     }
   }
   EXPECT_EQ(map.size(), reference.size());
-  for (uint64_t key = 1; key <= 3000; ++key) {
+  for (uint64_t i = 0; i < 6000; ++i) {
+    uint64_t key = keyAt(i);
     auto it = reference.find(key);
     EXPECT_EQ(map.find(OdDbHandle(key)), it == reference.end() ? nullptr : it->second) << key;
   }
+}
+
+TEST(HandleMap, ScatteredHugeHandlesStayHashed) {
+  HandleMap map;
+  DbObject object(DbType::kUnknown);
+  for (uint64_t i = 1; i <= 1000; ++i) EXPECT_TRUE(map.insert(OdDbHandle(i * 1000003), &object));
+  EXPECT_EQ(map.size(), 1000u);
+  for (uint64_t i = 1; i <= 1000; ++i) EXPECT_EQ(map.find(OdDbHandle(i * 1000003)), &object);
+  EXPECT_EQ(map.find(OdDbHandle(1000002)), nullptr);
 }
 
 TEST(HandleMap, RefusesTheNullHandle) {
