@@ -173,16 +173,71 @@ void linkLayouts(OdDbDatabase& db) {
   }
 }
 
-// Entities of files without owner handles (R12) belong to the block they were read into.
-void setMissingOwners(OdDbDatabase& db) {
-  for (BlockRecord* block : db.blocks()) {
-    for (Entity* entity : block->entities) {
-      if (entity->ownerHandle.isNull()) entity->ownerHandle = block->handle;
-      if (auto* ref = dbCast<BlockReferenceEntity>(entity)) {
-        for (AttributeEntity* a : ref->attributes) a->ownerHandle = ref->handle;
-      }
-    }
+struct StandardRecords {
+  LayerRecord* layer;
+  LinetypeRecord* byLayer;
+  TextStyleRecord* textStyle;
+  DimStyleRecord* dimStyle;
+};
+
+// Links every reader must leave set; filled with the standard records where a reader did not.
+void completeEntity(Entity& e, const StandardRecords& s) {
+  if (!e.layer) e.layer = s.layer;
+  if (!e.linetype) e.linetype = s.byLayer;
+  switch (e.type) {
+    case DbType::kText:
+      if (!static_cast<TextEntity&>(e).style) static_cast<TextEntity&>(e).style = s.textStyle;
+      break;
+    case DbType::kAttribute:
+      if (!static_cast<AttributeEntity&>(e).style) static_cast<AttributeEntity&>(e).style = s.textStyle;
+      break;
+    case DbType::kAttributeDefinition:
+      if (!static_cast<AttributeDefinitionEntity&>(e).style) static_cast<AttributeDefinitionEntity&>(e).style = s.textStyle;
+      break;
+    case DbType::kMText:
+      if (!static_cast<MTextEntity&>(e).style) static_cast<MTextEntity&>(e).style = s.textStyle;
+      break;
+    case DbType::kDimension:
+      if (!static_cast<DimensionEntity&>(e).style) static_cast<DimensionEntity&>(e).style = s.dimStyle;
+      break;
+    case DbType::kLeader:
+      if (!static_cast<LeaderEntity&>(e).style) static_cast<LeaderEntity&>(e).style = s.dimStyle;
+      break;
+    case DbType::kTolerance:
+      if (!static_cast<ToleranceEntity&>(e).style) static_cast<ToleranceEntity&>(e).style = s.dimStyle;
+      break;
+    default:
+      break;
   }
+}
+
+// Owners (files without owner handles, R12, give none: an entity belongs to the block it was
+// read into), standard links, and block references without a block, which cannot be drawn.
+void completeEntities(OdDbDatabase& db) {
+  StandardRecords s{db.layerZero(), db.linetypeByLayer(), db.textStyles().find("Standard"), db.dimStyles().find("Standard")};
+  size_t dropped = 0;
+  for (BlockRecord* block : db.blocks()) {
+    std::vector<Entity*>& entities = block->entities;
+    size_t kept = 0;
+    for (Entity* entity : entities) {
+      auto* ref = dbCast<BlockReferenceEntity>(entity);
+      if (ref && !ref->block) {
+        ++dropped;
+        continue;
+      }
+      if (entity->ownerHandle.isNull()) entity->ownerHandle = block->handle;
+      completeEntity(*entity, s);
+      if (ref) {
+        for (AttributeEntity* a : ref->attributes) {
+          a->ownerHandle = ref->handle;
+          completeEntity(*a, s);
+        }
+      }
+      entities[kept++] = entity;
+    }
+    entities.resize(kept);
+  }
+  if (dropped) db.loadReport().addMessage(std::to_string(dropped) + " block references without a block removed");
 }
 
 void resolveViewportLayers(OdDbDatabase& db) {
@@ -279,5 +334,5 @@ void completeDatabase(OdDbDatabase& db) {
   cutCircularReferences(db);
   reportMissingDefinitions(db);
   giveHandles(db);
-  setMissingOwners(db);
+  completeEntities(db);
 }

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "kit/base/OdString.h"
 #include "kit/db/Entity.h"
 
 struct TextStyleRecord;
@@ -24,6 +25,8 @@ struct SymbolTableRecord : DbObject {
   bool implicitlyCreated = false;
 
   bool isXrefDependent() const { return (flags & kXrefDependent) != 0; }
+  // The name as the kit's wide string.
+  OdString getName() const { return OdString(odDecodeUtf8(name.data(), name.size())); }
 };
 
 template <DbType T>

@@ -128,7 +128,7 @@ void defaultStyle(DxfLoader& in, TextData& t) {
 // ATTRIB and ATTDEF: AcDbText, then their own subclass, then (R2018 multi-line attributes) an
 // xrecord part we skip and the embedded MTEXT.
 template <class E>
-void readAttributeGroups(DxfLoader& in, E& e, bool definition) {
+void readAttributeGroups(DxfLoader& in, E& e) {
   enum class Part { kText, kAttribute, kXrecord, kEmbedded } part = Part::kText;
   bool inColumns = false;
   readEntityGroups(in, e, [&](int code) {
@@ -159,7 +159,6 @@ void readAttributeGroups(DxfLoader& in, E& e, bool definition) {
       default: return takeTextGroup(in, code, e);
     }
   });
-  (void)definition;
   defaultStyle(in, e);
   if (e.multiline && !e.multiline->style) e.multiline->style = e.style;
 }
@@ -198,13 +197,13 @@ Entity* readMTextEntity(DxfLoader& in) {
 
 Entity* readAttributeEntity(DxfLoader& in) {
   auto* e = in.newEntity<AttributeEntity>();
-  readAttributeGroups(in, *e, false);
+  readAttributeGroups(in, *e);
   return in.finish(e);
 }
 
 Entity* readAttributeDefinitionEntity(DxfLoader& in) {
   auto* e = in.newEntity<AttributeDefinitionEntity>();
-  readAttributeGroups(in, *e, true);
+  readAttributeGroups(in, *e);
   return in.finish(e);
 }
 

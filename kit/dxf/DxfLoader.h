@@ -143,5 +143,4 @@ private:
   LayerRecord* lastLayer_ = nullptr;
   std::string_view lastLayerName_;
 
-  friend class DxfSectionSkipper;
 };

@@ -1,5 +1,8 @@
 #include "kit/dxf/DxfReader.h"
 
+#include <new>
+#include <stdexcept>
+
 #include "kit/base/MappedFile.h"
 #include "kit/base/OdError.h"
 #include "kit/dxf/DxfLoader.h"
@@ -25,12 +28,18 @@ OdDbDatabasePtr load(std::string_view bytes, const DxfReadOptions& options, cons
   if (!looksLikeDxf(bytes)) {
     throw OdError(eNotDrawingFile, toOd(name + ": not a DXF file"));
   }
-  auto db = std::make_shared<OdDbDatabase>();
-  db->setFileName(name);
-  DxfLoader loader(bytes, *db, options, name);
-  loader.setMappedFile(file);
-  loader.load();
-  return db;
+  try {
+    auto db = std::make_shared<OdDbDatabase>();
+    db->setFileName(name);
+    DxfLoader loader(bytes, *db, options, name);
+    loader.setMappedFile(file);
+    loader.load();
+    return db;
+  } catch (const std::bad_alloc&) {
+    throw OdError(eOutOfMemory, toOd(name + ": not enough memory to load the drawing"));
+  } catch (const std::length_error&) {
+    throw OdError(eOutOfMemory, toOd(name + ": not enough memory to load the drawing"));
+  }
 }
 
 }  // namespace
