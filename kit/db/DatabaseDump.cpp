@@ -409,6 +409,12 @@ private:
         s += "kind=" + m.dxfName + " groups=" + std::to_string(m.data.size());
         break;
       }
+      case DbType::kMesh: {
+        auto& m = static_cast<const MeshEntity&>(e);
+        s += "vertices=" + points(m.vertices) + " facelist=" + std::to_string(m.faceList.size()) + " level=" +
+             std::to_string(m.subdivisionLevel);
+        break;
+      }
       case DbType::kProxyEntity: {
         auto& p = static_cast<const ProxyEntity&>(e);
         s += "name=" + p.dxfName + " groups=" + std::to_string(p.data.size());

@@ -44,6 +44,7 @@ const char* dbTypeName(DbType type) {
     case DbType::kShape: return "SHAPE";
     case DbType::kUnderlay: return "UNDERLAY";
     case DbType::kModelerGeometry: return "MODELER_GEOMETRY";
+    case DbType::kMesh: return "MESH";
     case DbType::kProxyEntity: return "PROXY_ENTITY";
     case DbType::kSymbolTable: return "TABLE";
     case DbType::kLayer: return "LAYER";

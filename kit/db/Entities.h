@@ -653,6 +653,18 @@ struct ModelerGeometryEntity : EntityOf<DbType::kModelerGeometry> {
   TaggedValues data;  // the groups after the common entity data, ACIS text included
 };
 
+// A subdivision mesh (MESH) at its base level: vertices and faces; the smoothing level and
+// creases are kept for regeneration to apply.
+struct MeshEntity : EntityOf<DbType::kMesh> {
+  int16_t version = 2;
+  bool blendCrease = false;
+  int32_t subdivisionLevel = 0;
+  std::vector<OdGePoint3d> vertices;
+  std::vector<int32_t> faceList;  // per face: its vertex count, then that many vertex indices
+  std::vector<std::pair<int32_t, int32_t>> edges;
+  std::vector<double> edgeCreases;
+};
+
 // Entities of kinds this kit does not model (and ACAD_PROXY_ENTITY): their own groups are kept.
 struct ProxyEntity : EntityOf<DbType::kProxyEntity> {
   std::string dxfName;

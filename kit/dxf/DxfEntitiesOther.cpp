@@ -227,6 +227,53 @@ Entity* readModelerGeometryEntity(DxfLoader& in, std::string_view dxfName) {
   return in.finish(e);
 }
 
+Entity* readMeshEntity(DxfLoader& in) {
+  auto* e = in.newEntity<MeshEntity>();
+  // Code 90 carries face list items, then edge vertex pairs, then override data, in that order:
+  // the counts before each list say which one a 90 belongs to.
+  enum class List { kNone, kFaces, kEdges } list = List::kNone;
+  int64_t remaining = 0;
+  bool edgeFirst = true;
+  readEntityGroups(in, *e, [&](int code) {
+    switch (code) {
+      case 71: e->version = in.int16(); return true;
+      case 72: e->blendCrease = in.boolean(); return true;
+      case 91: e->subdivisionLevel = in.int32(); return true;
+      case 92: list = List::kNone; return true;
+      case 10:
+        if (e->vertices.size() < kMaxRecordCount) e->vertices.push_back({in.real(), 0.0, 0.0});
+        return true;
+      case 20: case 30:
+        if (!e->vertices.empty()) in.coordinate(e->vertices.back(), 10);
+        return true;
+      case 93:
+        list = List::kFaces;
+        remaining = in.integer();
+        return true;
+      case 94:
+        list = List::kEdges;
+        remaining = in.integer() * 2;
+        edgeFirst = true;
+        return true;
+      case 95: list = List::kNone; return true;
+      case 140: if (e->edgeCreases.size() < kMaxRecordCount) e->edgeCreases.push_back(in.real()); return true;
+      case 90:
+        if (remaining <= 0) return true;  // override data
+        --remaining;
+        if (list == List::kFaces && e->faceList.size() < kMaxRecordCount) {
+          e->faceList.push_back(in.int32());
+        } else if (list == List::kEdges && e->edges.size() < kMaxRecordCount) {
+          if (edgeFirst) e->edges.push_back({in.int32(), 0});
+          else e->edges.back().second = in.int32();
+          edgeFirst = !edgeFirst;
+        }
+        return true;
+      default: return false;
+    }
+  });
+  return in.finish(e);
+}
+
 Entity* readProxyEntity(DxfLoader& in, std::string_view dxfName) {
   auto* e = in.newEntity<ProxyEntity>();
   e->dxfName = std::string(dxfName);

@@ -80,6 +80,7 @@ Entity* readOle2FrameEntity(DxfLoader& in);
 Entity* readMLineEntity(DxfLoader& in);
 Entity* readUnderlayEntity(DxfLoader& in, UnderlayEntity::Format format);
 Entity* readModelerGeometryEntity(DxfLoader& in, std::string_view dxfName);
+Entity* readMeshEntity(DxfLoader& in);
 Entity* readProxyEntity(DxfLoader& in, std::string_view dxfName);
 
 // Reads "0 SEQEND" when it follows, returning its handle (null when the file left it out).

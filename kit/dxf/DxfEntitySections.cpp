@@ -89,6 +89,7 @@ const std::unordered_map<std::string_view, EntityReader>& entityReaders() {
       {"OLE2FRAME", readOle2FrameEntity},
       {"OLEFRAME", readOle2FrameEntity},
       {"MLINE", readMLineEntity},
+      {"MESH", readMeshEntity},
       {"PDFUNDERLAY", [](DxfLoader& in) { return readUnderlayEntity(in, UnderlayEntity::Format::kPdf); }},
       {"DWFUNDERLAY", [](DxfLoader& in) { return readUnderlayEntity(in, UnderlayEntity::Format::kDwf); }},
       {"DGNUNDERLAY", [](DxfLoader& in) { return readUnderlayEntity(in, UnderlayEntity::Format::kDgn); }},

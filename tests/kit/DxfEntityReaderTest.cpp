@@ -421,3 +421,18 @@ TEST(DxfEntityReader, ReadsRemainingKinds) {
   EXPECT_EQ(underlay->definition, OdDbHandle(0x77));
   EXPECT_EQ(underlay->clipBoundary.size(), 2u);
 }
+
+TEST(DxfEntityReader, ReadsSubdivisionMeshLists) {
+  // Code 90 means face list items, edge ends or override data depending on the count before it.
+  OdDbDatabasePtr db = readDxfText(dxfWithEntities(
+      {"0 MESH", "100 AcDbEntity", "100 AcDbSubDMesh", "71 2", "72 0", "91 1", "92 3", "10 0", "20 0", "30 0",
+       "10 1", "20 0", "30 0", "10 0", "20 1", "30 0", "93 4", "90 3", "90 0", "90 1", "90 2", "94 1", "90 0",
+       "90 1", "95 1", "140 0.5", "90 7"}));
+  const MeshEntity& m = onlyEntity<MeshEntity>(db);
+  EXPECT_EQ(m.subdivisionLevel, 1);
+  EXPECT_EQ(m.vertices.size(), 3u);
+  EXPECT_EQ(m.faceList, (std::vector<int32_t>{3, 0, 1, 2}));
+  ASSERT_EQ(m.edges.size(), 1u);
+  EXPECT_EQ(m.edges[0], std::make_pair(0, 1));
+  EXPECT_EQ(m.edgeCreases, std::vector<double>{0.5});
+}
