@@ -1,6 +1,7 @@
 #include "kit/db/TaggedValue.h"
 
 #include <charconv>
+#include <cstdint>
 #include <cmath>
 #include <cstdio>
 
@@ -80,7 +81,13 @@ double TaggedValue::asReal() const {
 }
 
 int64_t TaggedValue::asInteger() const {
-  if (kind == GroupValueKind::kReal) return std::isfinite(real) ? int64_t(real) : 0;
+  if (kind == GroupValueKind::kReal) {
+    // Out-of-range reals (damaged files) clamp rather than overflow the conversion.
+    if (!std::isfinite(real)) return 0;
+    if (real >= 9.2e18) return INT64_MAX;
+    if (real <= -9.2e18) return INT64_MIN;
+    return int64_t(real);
+  }
   if (isNumericKind(kind)) return integer;
   int64_t i = 0;
   std::from_chars(text.data(), text.data() + text.size(), i);

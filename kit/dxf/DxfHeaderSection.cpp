@@ -1,5 +1,6 @@
 // HEADER section: "9 $NAME" followed by the variable's groups. Every variable is kept as read;
 // the ones the database types are applied to their fields.
+#include <cstdint>
 #include <functional>
 #include <unordered_map>
 
@@ -20,6 +21,11 @@ int64_t intOf(const HeaderVariable& v, int64_t fallback) {
     if (t.kind != GroupValueKind::kString && t.kind != GroupValueKind::kHandle) return t.asInteger();
   }
   return fallback;
+}
+
+int16_t int16Of(const HeaderVariable& v, int16_t fallback) {
+  int64_t i = intOf(v, fallback);
+  return int16_t(i < INT16_MIN ? INT16_MIN : i > INT16_MAX ? INT16_MAX : i);
 }
 
 std::string textOf(const HeaderVariable& v) { return v.values.empty() ? std::string() : v.values.front().text; }
@@ -62,12 +68,12 @@ const std::unordered_map<std::string, Apply>& typedVariables() {
       {"PEXTMAX", [](DatabaseHeader& h, const HeaderVariable& v) { h.pextMax = point3(v, h.pextMax); }},
       {"PLIMMIN", [](DatabaseHeader& h, const HeaderVariable& v) { h.plimMin = point2(v, h.plimMin); }},
       {"PLIMMAX", [](DatabaseHeader& h, const HeaderVariable& v) { h.plimMax = point2(v, h.plimMax); }},
-      {"INSUNITS", [](DatabaseHeader& h, const HeaderVariable& v) { h.insUnits = int16_t(intOf(v, 0)); }},
-      {"MEASUREMENT", [](DatabaseHeader& h, const HeaderVariable& v) { h.measurement = int16_t(intOf(v, 0)); }},
-      {"LUNITS", [](DatabaseHeader& h, const HeaderVariable& v) { h.lunits = int16_t(intOf(v, 2)); }},
-      {"LUPREC", [](DatabaseHeader& h, const HeaderVariable& v) { h.luprec = int16_t(intOf(v, 4)); }},
-      {"AUNITS", [](DatabaseHeader& h, const HeaderVariable& v) { h.aunits = int16_t(intOf(v, 0)); }},
-      {"AUPREC", [](DatabaseHeader& h, const HeaderVariable& v) { h.auprec = int16_t(intOf(v, 0)); }},
+      {"INSUNITS", [](DatabaseHeader& h, const HeaderVariable& v) { h.insUnits = int16Of(v, 0); }},
+      {"MEASUREMENT", [](DatabaseHeader& h, const HeaderVariable& v) { h.measurement = int16Of(v, 0); }},
+      {"LUNITS", [](DatabaseHeader& h, const HeaderVariable& v) { h.lunits = int16Of(v, 2); }},
+      {"LUPREC", [](DatabaseHeader& h, const HeaderVariable& v) { h.luprec = int16Of(v, 4); }},
+      {"AUNITS", [](DatabaseHeader& h, const HeaderVariable& v) { h.aunits = int16Of(v, 0); }},
+      {"AUPREC", [](DatabaseHeader& h, const HeaderVariable& v) { h.auprec = int16Of(v, 0); }},
       {"ANGBASE", [](DatabaseHeader& h, const HeaderVariable& v) { h.angBase = firstReal(v, 0.0) * kPi / 180.0; }},
       {"ANGDIR", [](DatabaseHeader& h, const HeaderVariable& v) { h.angDir = intOf(v, 0) != 0; }},
       {"TILEMODE", [](DatabaseHeader& h, const HeaderVariable& v) { h.tileMode = intOf(v, 1) != 0; }},
@@ -80,7 +86,7 @@ const std::unordered_map<std::string, Apply>& typedVariables() {
       {"CLAYER", [](DatabaseHeader& h, const HeaderVariable& v) { h.cLayer = textOf(v); }},
       {"CELTYPE", [](DatabaseHeader& h, const HeaderVariable& v) { h.celType = textOf(v); }},
       {"CECOLOR", [](DatabaseHeader& h, const HeaderVariable& v) { h.ceColor = OdCmEntityColor::fromACI(int(intOf(v, 256))); }},
-      {"CELWEIGHT", [](DatabaseHeader& h, const HeaderVariable& v) { h.celWeight = int16_t(intOf(v, -1)); }},
+      {"CELWEIGHT", [](DatabaseHeader& h, const HeaderVariable& v) { h.celWeight = int16Of(v, -1); }},
       {"CMLSTYLE", [](DatabaseHeader& h, const HeaderVariable& v) { h.cmlStyle = textOf(v); }},
       {"CMLSCALE", [](DatabaseHeader& h, const HeaderVariable& v) { h.cmlScale = firstReal(v, 1.0); }},
       {"ELEVATION", [](DatabaseHeader& h, const HeaderVariable& v) { h.elevation = firstReal(v, 0.0); }},
@@ -88,16 +94,16 @@ const std::unordered_map<std::string, Apply>& typedVariables() {
       {"UCSORG", [](DatabaseHeader& h, const HeaderVariable& v) { h.ucsOrg = point3(v, h.ucsOrg); }},
       {"UCSXDIR", [](DatabaseHeader& h, const HeaderVariable& v) { h.ucsXDir = vector3(v, h.ucsXDir); }},
       {"UCSYDIR", [](DatabaseHeader& h, const HeaderVariable& v) { h.ucsYDir = vector3(v, h.ucsYDir); }},
-      {"PDMODE", [](DatabaseHeader& h, const HeaderVariable& v) { h.pdMode = int16_t(intOf(v, 0)); }},
+      {"PDMODE", [](DatabaseHeader& h, const HeaderVariable& v) { h.pdMode = int16Of(v, 0); }},
       {"PDSIZE", [](DatabaseHeader& h, const HeaderVariable& v) { h.pdSize = firstReal(v, 0.0); }},
       {"FILLMODE", [](DatabaseHeader& h, const HeaderVariable& v) { h.fillMode = intOf(v, 1) != 0; }},
       {"MIRRTEXT", [](DatabaseHeader& h, const HeaderVariable& v) { h.mirrText = intOf(v, 0) != 0; }},
       {"QTEXTMODE", [](DatabaseHeader& h, const HeaderVariable& v) { h.qTextMode = intOf(v, 0) != 0; }},
       {"LWDISPLAY", [](DatabaseHeader& h, const HeaderVariable& v) { h.lwDisplay = intOf(v, 0) != 0; }},
-      {"SPLINESEGS", [](DatabaseHeader& h, const HeaderVariable& v) { h.splineSegs = int16_t(intOf(v, 8)); }},
+      {"SPLINESEGS", [](DatabaseHeader& h, const HeaderVariable& v) { h.splineSegs = int16Of(v, 8); }},
       {"FACETRES", [](DatabaseHeader& h, const HeaderVariable& v) { h.facetRes = firstReal(v, 0.5); }},
       {"DISPSILH", [](DatabaseHeader& h, const HeaderVariable& v) { h.dispSilh = intOf(v, 0) != 0; }},
-      {"XCLIPFRAME", [](DatabaseHeader& h, const HeaderVariable& v) { h.xclipFrame = int16_t(intOf(v, 0)); }},
+      {"XCLIPFRAME", [](DatabaseHeader& h, const HeaderVariable& v) { h.xclipFrame = int16Of(v, 0); }},
       {"TEXTSIZE", [](DatabaseHeader& h, const HeaderVariable& v) { h.textSize = firstReal(v, 0.2); }},
       {"DIMSCALE", [](DatabaseHeader& h, const HeaderVariable& v) { h.dimScale = firstReal(v, 1.0); }},
       {"DIMTXT", [](DatabaseHeader& h, const HeaderVariable& v) { h.dimTxt = firstReal(v, 0.18); }},

@@ -203,3 +203,14 @@ TEST(DxfBadInput, AwkwardCorpusFilesLoadWithoutRecovery) {
   }
   EXPECT_EQ(readDxfFile(corpusPath("dxf/integration/duplicate_handles.dxf"))->loadReport().reassignedHandles > 0, true);
 }
+
+TEST(DxfBadInput, OutOfRangeNumbersAreClampedNotOverflowed) {
+  // A header variable given as a huge real where an integer belongs (found by fuzzing).
+  OdDbDatabasePtr db = readDxfText(dxfText({"0 SECTION", "2 HEADER", "9 $ACADVER", "1 AC1015", "9 $PDMODE",
+                                            "40 1.8e35", "9 $LUNITS", "40 -1e300", "0 ENDSEC", "0 EOF"}));
+  EXPECT_EQ(db->header().pdMode, INT16_MAX);
+  EXPECT_EQ(db->header().lunits, INT16_MIN);
+  TaggedValue huge = TaggedValue::ofReal(40, 1e300);
+  EXPECT_EQ(huge.asInteger(), INT64_MAX);
+  EXPECT_EQ(TaggedValue::ofReal(40, -1e300).asInteger(), INT64_MIN);
+}
