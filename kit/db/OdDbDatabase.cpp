@@ -88,10 +88,13 @@ void OdDbDatabase::reassignHandle(DbObject* object, OdDbHandle handle) {
 }
 
 OdDbHandle OdDbDatabase::allocateHandle() {
-  uint64_t next = std::max(highestHandle_ + 1, header_.handSeed.value());
-  if (next == 0) next = 1;
-  while (handles_.find(OdDbHandle(next))) ++next;
-  highestHandle_ = next;
+  // Above every handle seen so far; when a file used the largest handle there is, the free ones
+  // below are searched, from where the last search stopped so that the search stays linear.
+  uint64_t above = highestHandle_ == UINT64_MAX ? 0 : highestHandle_ + 1;
+  uint64_t next = std::max({above, header_.handSeed.value(), nextHandle_, uint64_t(1)});
+  while (handles_.find(OdDbHandle(next)) && next != UINT64_MAX) ++next;
+  nextHandle_ = next + 1;
+  if (next > highestHandle_) highestHandle_ = next;
   return OdDbHandle(next);
 }
 

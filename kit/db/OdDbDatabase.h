@@ -160,6 +160,7 @@ private:
   HandleMap handles_;
   std::vector<DbObject*> unhandled_;
   uint64_t highestHandle_ = 0;
+  uint64_t nextHandle_ = 0;
   OdDbHandle namedObjects_;
   LoadReport report_;
   std::string fileName_;

@@ -1,5 +1,8 @@
 // IMAGE, WIPEOUT, VIEWPORT (with the MVIEW extended data of R12 files), OLE2FRAME, MLINE,
 // the underlays, the modeler kinds kept whole, and proxies for everything else.
+#include <algorithm>
+#include <cstdint>
+
 #include "kit/dxf/DxfEntityGroups.h"
 
 namespace {
@@ -248,11 +251,11 @@ Entity* readMeshEntity(DxfLoader& in) {
         return true;
       case 93:
         list = List::kFaces;
-        remaining = in.integer();
+        remaining = std::min<int64_t>(in.integer(), INT32_MAX);
         return true;
       case 94:
         list = List::kEdges;
-        remaining = in.integer() * 2;
+        remaining = std::min<int64_t>(in.integer(), INT32_MAX) * 2;
         edgeFirst = true;
         return true;
       case 95: list = List::kNone; return true;

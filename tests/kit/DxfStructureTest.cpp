@@ -286,3 +286,16 @@ TEST(DxfStructure, CutsCircularBlockReferences) {
   EXPECT_EQ(db->blocks().find("A")->entities.size(), 2u);  // A keeps its reference to B and the line
   EXPECT_EQ(db->modelSpace()->entities.size(), 2u);
 }
+
+TEST(DxfStructure, GivesHandlesWhenAFileUsedTheLargestOne) {
+  // Fresh handles then come from below; many of them must not take quadratic time.
+  std::vector<std::string> groups = {"0 LINE", "5 FFFFFFFFFFFFFFFF", "0 LINE", "5 1"};
+  for (int i = 0; i < 20000; ++i) groups.push_back("0 POINT");
+  OdDbDatabasePtr db = readDxfText(dxfWithEntities(groups, "AC1009"));
+  const auto& e = db->modelSpace()->entities;
+  ASSERT_EQ(e.size(), 20002u);
+  std::set<uint64_t> handles;
+  for (const Entity* entity : e) handles.insert(entity->handle.value());
+  EXPECT_EQ(handles.size(), e.size());
+  EXPECT_TRUE(handles.count(~uint64_t(0)));
+}
