@@ -1,0 +1,3 @@
+#include "converter/ColorQuantization.h"
+
+int g_ColorQuantization = 3;
