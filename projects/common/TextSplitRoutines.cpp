@@ -32,6 +32,22 @@ std::vector<std::string> nonEmptyPieces(const std::string& text, const std::stri
   return pieces;
 }
 
+// Scanning on after each inserted replacement is the same as replacing the non-overlapping
+// occurrences of the original text from left to right; building a new text keeps that linear.
+template <typename Text>
+Text replacedCopy(const Text& text, const Text& search, const Text& replacement) {
+  if (search.empty()) return text;
+  Text out;
+  out.reserve(text.size());
+  std::size_t start = 0;
+  for (std::size_t found; (found = text.find(search, start)) != Text::npos; start = found + search.size()) {
+    out.append(text, start, found - start);
+    out += replacement;
+  }
+  out.append(text, start, Text::npos);
+  return out;
+}
+
 }  // namespace
 
 std::string LeftChars(const std::string& text, int count) {
@@ -52,23 +68,11 @@ std::string ReplaceChar(std::string text, char from, char to) {
 }
 
 void ReplaceAll(std::string& text, const std::string& search, const std::string& replacement) {
-  if (search.empty()) return;
-  std::size_t p = 0;
-  while ((p = text.find(search, p)) != std::string::npos) {
-    text.replace(p, search.size(), replacement);
-    p += replacement.size();
-  }
+  text = replacedCopy(text, search, replacement);
 }
 
 std::wstring ReplaceAll(const std::wstring& text, const std::wstring& search, const std::wstring& replacement) {
-  std::wstring out = text;
-  if (search.empty()) return out;
-  std::size_t p = 0;
-  while ((p = out.find(search, p)) != std::wstring::npos) {
-    out.replace(p, search.size(), replacement);
-    p += replacement.size();
-  }
-  return out;
+  return replacedCopy(text, search, replacement);
 }
 
 int SplitAny(std::vector<std::string>& pieces, const std::string& text, const std::string& delimiters) {

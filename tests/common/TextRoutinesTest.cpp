@@ -91,6 +91,13 @@ TEST(Replacing, ReplacementsAreNeverRescanned) {
   EXPECT_EQ(ReplaceChar("a\\b\\c", '\\', '/'), "a/b/c");
 }
 
+TEST(Replacing, ManyOccurrencesReplaceInLinearTime) {
+  std::string text(1000000, 'a');
+  ReplaceAll(text, "a", "bc");
+  EXPECT_EQ(text.size(), 2000000u);
+  EXPECT_EQ(text.find('a'), std::string::npos);
+}
+
 TEST(Splitting, SplitAnyKeepsEmptyPieces) {
   struct Case {
     std::string text, delimiters;
