@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -298,6 +299,19 @@ TEST_F(FakeConverter, ConvertsQuotedNamesAndAdjustsBrightnessOnlyAwayFromFifty) 
   EXPECT_TRUE(ConvertToPNG(path("it's grey.png"), path("darker.png"), 0));
   testing::internal::GetCapturedStdout();
   EXPECT_LT(greyLevelOf("darker.png"), 100);
+}
+
+TEST_F(FileTests, ConvertToPngWithTheInstalledConverter) {
+  if (std::system("convert -version >/dev/null 2>&1") != 0) GTEST_SKIP() << "no convert command here";
+  FIBITMAP* image = FreeImage_Allocate(3, 2, 24);
+  ASSERT_TRUE(FreeImage_Save(FIF_TIFF, image, path("scan.tif").c_str(), 0));
+  FreeImage_Unload(image);
+  EXPECT_TRUE(ConvertToPNG(path("scan.tif"), path("scan.png"), 50));
+  FIBITMAP* png = FreeImage_Load(FIF_PNG, path("scan.png").c_str(), 0);
+  ASSERT_NE(png, nullptr);
+  EXPECT_EQ(FreeImage_GetWidth(png), 3u);
+  EXPECT_EQ(FreeImage_GetHeight(png), 2u);
+  FreeImage_Unload(png);
 }
 
 }  // namespace
