@@ -191,6 +191,10 @@ void readSpatialFilter(DxfLoader& in, SpatialFilterObject& f) {
         f.backClipEnabled = in.boolean();
         backFlag = f.backClipEnabled;
         return;
+      case 41:  // the back distance has its own code (some writers use 40 for both)
+        f.backClip = in.real();
+        backFlag = false;
+        return;
       case 40: {
         double value = in.real();
         // A front and a back distance come first when enabled, then two 3x4 matrices row by row.

@@ -1,7 +1,9 @@
 // dmdump: prints a drawing database as stable text (see kit/db/DatabaseDump.h), so that two loads
 // can be compared with diff.
 //
-//   dmdump [--recover] [--summary] [--header] [--no-report] <drawing.dxf>
+//   dmdump [--recover] [--summary] [--header] [--no-report] [--write-dxf out.dxf] <drawing.dxf>
+//
+// --write-dxf also writes the loaded drawing as DXF (its own version, or R2000 for older ones).
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -9,11 +11,12 @@
 #include "kit/base/OdError.h"
 #include "kit/db/DatabaseDump.h"
 #include "kit/dxf/DxfReader.h"
+#include "kit/dxf/DxfWriter.h"
 
 namespace {
 
 int usage() {
-  std::fprintf(stderr, "usage: dmdump [--recover] [--summary] [--header] [--no-report] <drawing.dxf>\n");
+  std::fprintf(stderr, "usage: dmdump [--recover] [--summary] [--header] [--no-report] [--write-dxf out.dxf] <drawing.dxf>\n");
   return 2;
 }
 
@@ -29,11 +32,13 @@ int main(int argc, char** argv) {
   DxfReadOptions readOptions;
   DumpOptions dumpOptions;
   const char* path = nullptr;
+  const char* dxfOut = nullptr;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--recover") == 0) readOptions.recover = true;
     else if (std::strcmp(argv[i], "--summary") == 0) dumpOptions.entities = false;
     else if (std::strcmp(argv[i], "--header") == 0) dumpOptions.allHeaderVariables = true;
     else if (std::strcmp(argv[i], "--no-report") == 0) dumpOptions.loadReport = false;
+    else if (std::strcmp(argv[i], "--write-dxf") == 0 && i + 1 < argc) dxfOut = argv[++i];
     else if (argv[i][0] == '-' || path) return usage();
     else path = argv[i];
   }
@@ -42,6 +47,7 @@ int main(int argc, char** argv) {
     OdDbDatabasePtr db = readDxfFile(path, readOptions);
     std::string text = dumpDatabase(*db, dumpOptions);
     std::fwrite(text.data(), 1, text.size(), stdout);
+    if (dxfOut) writeDxfFile(*db, dxfOut);
   } catch (const OdError& e) {
     std::fprintf(stderr, "dmdump: %s\n", narrow(e.description()).c_str());
     return 1;
