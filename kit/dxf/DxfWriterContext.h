@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string_view>
+#include <unordered_map>
 
 #include "kit/db/OdDbDatabase.h"
 #include "kit/dxf/DxfHandlePlan.h"
@@ -19,6 +20,8 @@ public:
   DxfTagWriter& out;
   const int version;  // 1015, 1018, 1021, 1024, 1027 or 1032
   DxfHandlePlan handles;
+  // Object handle -> the dictionary listing it (filled by the OBJECTS section).
+  std::unordered_map<uint64_t, OdDbHandle> listingDictionary;
 
   bool atLeast(int v) const { return version >= v; }
 

@@ -7,7 +7,13 @@
 namespace {
 
 void start(DxfWriterContext& c, std::string_view dxfName, const DbObject& o) {
-  c.objectStart(dxfName, o, o.handle, o.ownerHandle);
+  OdDbHandle owner = o.ownerHandle;
+  if (!c.db.find(owner)) {
+    // Files that leave owners out: the dictionary that lists the object owns it.
+    auto it = c.listingDictionary.find(o.handle.value());
+    owner = it != c.listingDictionary.end() ? it->second : OdDbHandle();
+  }
+  c.objectStart(dxfName, o, o.handle, owner);
 }
 
 void writeDictionary(DxfWriterContext& c, const Dictionary& d) {
@@ -221,6 +227,11 @@ void writeObjectsSection(DxfWriterContext& c) {
   c.out.raw(2, "OBJECTS");
   // Readers take the first dictionary owned by nothing as the root.
   const Dictionary* root = c.db.namedObjectsDictionary();
+  for (const DbObject* o : c.db.objects()) {
+    if (const Dictionary* d = dbCast<Dictionary>(o)) {
+      for (const DictionaryEntry& entry : d->entries) c.listingDictionary.emplace(entry.handle.value(), d->handle);
+    }
+  }
   if (root) writeObject(c, *root);
   for (const DbObject* o : c.db.objects()) {
     if (o != root) writeObject(c, *o);

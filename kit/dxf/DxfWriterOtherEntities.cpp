@@ -41,10 +41,20 @@ void writeWipeout(DxfWriterContext& c, const WipeoutEntity& e) {
 
 namespace {
 
-// R12 files keep a viewport's view in "MVIEW" extended data; this file gives it as groups.
-bool isViewportExtendedData(const XDataGroup& group) {
-  return equalsIgnoringCase(group.appName, "ACAD") && !group.values.empty() && group.values[0].code == 1000 &&
-         group.values[0].text == "MVIEW";
+// R12 and R13 files keep a viewport's view in "MVIEW" extended data of ACAD, frozen layers by
+// name in a nested list. The reader takes those layers first and the handle groups after them;
+// the extended data is written back as it is, so the handle groups carry only the others.
+size_t layersNamedInViewportData(const ViewportEntity& e) {
+  const XDataGroup* acad = e.xdata("ACAD");
+  if (!acad || acad->values.empty() || acad->values[0].text != "MVIEW") return 0;
+  size_t names = 0;
+  int depth = 0;
+  for (size_t i = 1; i < acad->values.size(); ++i) {
+    const TaggedValue& t = acad->values[i];
+    if (t.code == 1002) depth += t.text == "{" ? 1 : -1;
+    else if (depth >= 2 && t.code == 1003) ++names;
+  }
+  return names;
 }
 
 }  // namespace
@@ -70,8 +80,8 @@ void writeViewport(DxfWriterContext& c, const ViewportEntity& e) {
   c.out.angle(50, e.snapAngle);
   c.out.angle(51, e.twistAngle);
   c.out.integer(72, e.circleSides);
-  for (const LayerRecord* layer : e.frozenLayers) {
-    if (layer) c.out.handle(331, layer->handle);
+  for (size_t i = layersNamedInViewportData(e); i < e.frozenLayers.size(); ++i) {
+    if (e.frozenLayers[i]) c.out.handle(331, e.frozenLayers[i]->handle);
   }
   c.out.integer(90, e.statusFlags);
   if (c.existing(e.clipBoundary).value()) c.out.handle(340, e.clipBoundary);
@@ -84,13 +94,7 @@ void writeViewport(DxfWriterContext& c, const ViewportEntity& e) {
   c.out.real(146, e.elevation);
   c.out.integer(170, e.shadePlotMode);
   if (c.atLeast(1021) && c.existing(e.visualStyle).value()) c.out.handle(348, e.visualStyle);
-  if (e.extras) {
-    for (const XDataGroup& group : e.extras->xdata) {
-      if (isViewportExtendedData(group)) continue;
-      c.out.text(1001, group.appName);
-      for (const TaggedValue& v : group.values) c.out.tagged(v);
-    }
-  }
+  c.entityEnd(e);
 }
 
 void writeOle2Frame(DxfWriterContext& c, const Ole2FrameEntity& e) {
