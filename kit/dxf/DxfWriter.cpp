@@ -90,6 +90,10 @@ std::string writeDxfString(const OdDbDatabase& db, const DxfWriteOptions& option
 
 void writeDxfFile(const OdDbDatabase& db, const std::string& path, const DxfWriteOptions& options) {
   int version = checkedVersion(db, options);
+  std::error_code ignored;
+  if (path.empty() || path.back() == '/' || std::filesystem::is_directory(path, ignored)) {
+    throw OdError(eCantOpenFile, toOd((path.empty() ? std::string("\"\"") : path) + ": not a file name"));
+  }
   std::string temporary = temporaryNameFor(path);
   std::FILE* file = std::fopen(temporary.c_str(), "wb");
   if (!file) {
