@@ -14,6 +14,7 @@ packages=(
   libfreeimage-dev libhpdf-dev libcairo2-dev
   libfreetype-dev libfontconfig-dev fonts-liberation2 fonts-dejavu-core
   python3 libxml2-utils
+  python3-ezdxf
   imagemagick
 )
 
