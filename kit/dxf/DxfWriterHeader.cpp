@@ -207,7 +207,8 @@ const char* entityClassName(const Entity& e) {
 
 const char* objectClassName(const DbObject& o) {
   switch (o.type) {
-    case DbType::kDictionary: return static_cast<const Dictionary&>(o).withDefault ? "ACDBDICTIONARYWDFLT" : nullptr;
+    case DbType::kDictionary:
+      return static_cast<const Dictionary&>(o).withDefault ? "ACDBDICTIONARYWDFLT" : nullptr;
     case DbType::kLayout: return "LAYOUT";
     case DbType::kRasterImageDef: return "IMAGEDEF";
     case DbType::kSortEntsTable: return "SORTENTSTABLE";

@@ -16,7 +16,9 @@
 namespace {
 
 int usage() {
-  std::fprintf(stderr, "usage: dmdump [--recover] [--summary] [--header] [--no-report] [--write-dxf out.dxf] <drawing.dxf>\n");
+  std::fprintf(stderr,
+               "usage: dmdump [--recover] [--summary] [--header] [--no-report] [--write-dxf out.dxf] "
+               "<drawing.dxf>\n");
   return 2;
 }
 

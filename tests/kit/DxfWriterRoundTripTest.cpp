@@ -131,7 +131,8 @@ std::vector<std::string> roundTripFiles() {
     if (std::string(f.counts).rfind("error:", 0) != 0) files.push_back(corpusPath(f.path));
   }
   // The sample sits in the repository, three folders above this file.
-  files.push_back((std::filesystem::path(__FILE__).parent_path().parent_path().parent_path() / "samples/office.dxf").string());
+  std::filesystem::path repository = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
+  files.push_back((repository / "samples/office.dxf").string());
   return files;
 }
 
