@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "drivers/svg/SvgBase64.h"
 #include "drivers/svg/SvgLineTypes.h"
 #include "drivers/svg/SvgNumberText.h"
 #include "drivers/svg/SvgPathData.h"
@@ -180,6 +181,18 @@ TEST(SvgLineTypes, DashArrays) {
       {{}, 1.0, 0.01, ""},
   };
   for (const Case& c : cases) EXPECT_EQ(DashArrayText(c.dashes, c.scale, c.minLineWidth), c.expected);
+}
+
+TEST(SvgBase64, StandardAlphabetAndPadding) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"", ""},         {"f", "Zg=="},         {"fo", "Zm8="},
+      {"foo", "Zm9v"},  {"foobar", "Zm9vYmFy"}, {std::string("\x00\xff\xfe\x3e\x3f", 5), "AP/+Pj8="},
+  };
+  for (const auto& [bytes, expected] : cases) {
+    std::string out = "data,";
+    AppendBase64(out, bytes);
+    EXPECT_EQ(out, std::string("data,") + expected);
+  }
 }
 
 }  // namespace
