@@ -16,7 +16,10 @@ packages=(
   python3 libxml2-utils
   python3-ezdxf
   imagemagick
+  chromium
 )
+# Node.js runs the browser checks; a machine that already has it (with its own npm) keeps it.
+command -v npm >/dev/null 2>&1 || packages+=(nodejs npm)
 
 install_packages() {
   local missing=()
@@ -36,7 +39,14 @@ build() {
   cmake --build build -j "$(nproc)"
 }
 
+# playwright-core for the browser checks (tests/browser), from its lock file; it drives the
+# system's chromium and downloads no browser of its own.
+install_browser_test_modules() {
+  (cd tests/browser && npm ci --no-audit --no-fund >/dev/null)
+}
+
 install_packages
+install_browser_test_modules
 build
 case "$action" in
   build) ;;
