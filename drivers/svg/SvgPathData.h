@@ -38,3 +38,36 @@ private:
 };
 
 bool IsFinitePoint(double x, double y);
+
+// Long point runs are cut into elements of at most this many points, which keeps single path
+// elements short for the viewer.
+constexpr int kPointsPerPathElement = 200;
+
+// Writes one point run (any container of points with x and y) as "M" and step commands into the
+// open path element. pointsInElement counts the points the open element already holds; when it
+// reaches the limit and points remain, splitElement() closes that element and opens a new one,
+// which goes on with "M" at the current point. Points that are not finite numbers are left out.
+// Returns false when the run had no finite point (nothing written).
+template <typename Points, typename SplitElement>
+bool AppendPointRun(std::string& out, const SvgCoordinates& page, const Points& points, int& pointsInElement,
+                    SplitElement&& splitElement) {
+  auto it = points.begin();
+  while (it != points.end() && !IsFinitePoint(it->x, it->y)) ++it;
+  if (it == points.end()) return false;
+  double px = it->x, py = it->y;
+  page.MoveTo(out, px, py);
+  ++pointsInElement;
+  for (++it; it != points.end(); ++it) {
+    if (pointsInElement >= kPointsPerPathElement) {
+      splitElement();
+      pointsInElement = 1;
+      page.MoveTo(out, px, py);
+    }
+    if (page.StepTo(out, px, py, it->x, it->y)) {
+      px = it->x;
+      py = it->y;
+      ++pointsInElement;
+    }
+  }
+  return true;
+}

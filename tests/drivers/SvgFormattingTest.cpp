@@ -93,6 +93,49 @@ TEST(SvgPathData, PolylineFromTheCornerOfThePage) {
   EXPECT_EQ(shifted.YText(0), "90");
 }
 
+struct Pt {
+  double x, y;
+};
+
+TEST(SvgPathData, LongRunsAreSplitWithTheJoinPointInBoth) {
+  SvgCoordinates page(0, 0, 2, 0.001);
+  struct Case {
+    int points;
+    int elements;
+  };
+  for (const Case& c : {Case{2, 1}, Case{200, 1}, Case{201, 2}, Case{399, 2}, Case{400, 3}, Case{450, 3}}) {
+    std::vector<Pt> run;
+    for (int i = 0; i < c.points; ++i) run.push_back({double(i), double(i % 2)});
+    std::string out = "<p d=\"";
+    int inElement = 0;
+    int elements = 1;
+    AppendPointRun(out, page, run, inElement, [&] {
+      out += "\"/>\n<p d=\"";
+      ++elements;
+    });
+    EXPECT_EQ(elements, c.elements) << c.points;
+    // Every element starts with M, and the element after a split starts where the last one ended.
+    EXPECT_EQ(svgtest::CountOf(out, "M"), c.elements);
+    if (c.points == 450) {
+      EXPECT_NE(out.find("\"/>\n<p d=\"M199,-1l"), std::string::npos) << out.substr(0, 60);
+      EXPECT_NE(out.find("\"/>\n<p d=\"M398,0l"), std::string::npos);
+    }
+  }
+}
+
+TEST(SvgPathData, RunsSkipPointsThatAreNotNumbers) {
+  SvgCoordinates page(0, 0, 2, 0.001);
+  std::vector<Pt> run = {{std::nan(""), 0}, {1, 1}, {std::numeric_limits<double>::infinity(), 2}, {2, 1}};
+  std::string out;
+  int inElement = 0;
+  EXPECT_TRUE(AppendPointRun(out, page, run, inElement, [] {}));
+  EXPECT_EQ(out, "M1,-1h1");
+  std::vector<Pt> none = {{std::nan(""), 0}};
+  out.clear();
+  EXPECT_FALSE(AppendPointRun(out, page, none, inElement, [] {}));
+  EXPECT_EQ(out, "");
+}
+
 struct EscapeCase {
   std::wstring input;
   XmlEscapeMode mode;
