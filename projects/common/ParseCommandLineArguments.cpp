@@ -15,8 +15,8 @@ const OdString kEndMarker(L" ");
 
 bool beginsWith(const OdString& text, OdChar ch) { return !text.isEmpty() && text.getAt(0) == ch; }
 
-// Percent escapes a shell or a web front end leaves in arguments; "%25" comes after the others so
-// that "%2520" turns into "%20" and no further.
+// Percent escapes a shell or a web front end leaves in arguments, each replaced over the whole
+// argument in turn ("%2520" gives "%20", which the later normalisation turns into a blank).
 void decodePercentEscapes(OdString& argument) {
   static const wchar_t* const kEscapes[][2] = {
       {L"%20", L" "}, {L"%21", L"!"}, {L"%22", L"\""}, {L"%23", L"#"}, {L"%24", L"$"},
