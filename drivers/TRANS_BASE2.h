@@ -243,6 +243,10 @@ struct TextRecord {
   bool invisible = false;
 };
 
+// The text content as the viewer reads it: "%2E" file extensions restored, the kit's "\U+XXXX"
+// escapes written "\uXXXX", every other backslash doubled.
+OdString RewriteTextContent(const OdString& content);
+
 // ---- The driver ----------------------------------------------------------------------------------
 
 class TRANS_BASE2 {
@@ -560,6 +564,8 @@ protected:
   void SelectColorDirect(int index);
   int FindOrAddColor(int red, int green, int blue);
   void ResetViewState();
+  void FillDefaultColorTable();
+  DrvLayerMap* CurrentLayerMap();
 
   // Fields, in the order of the driver's state.
   std::fstream m_fileStream;
@@ -680,6 +686,14 @@ protected:
   DrvLayer* m_savedLayer = nullptr;
   DrvColorGroup* m_savedGroup = nullptr;
   DrvNodeGroup* m_openGroup = nullptr;
+  struct GroupFrame {
+    DrvLayer* savedLayer;
+    DrvColorGroup* savedGroup;
+    DrvNodeGroup* group;
+  };
+  std::vector<GroupFrame> m_groupStack;     // node groups may nest
+  bool m_attributesDirty = true;            // layer or group changed since the last SetAttributes
+  DrvColorGroup* m_fontGroupOwner = nullptr;
   double m_ring[5][4] = {};                 // last segments drawn: x1, y1, x2, y2
   int m_ringCount = 0;
 
