@@ -27,6 +27,9 @@ public:
   // not become the previous point.
   bool StepTo(std::string& out, double px, double py, double x, double y) const;
 
+  // Page coordinates before formatting.
+  double ShiftX(double x) const { return x - minX_; }
+  double ShiftY(double y) const { return maxY_ - y; }
   double tolerance() const { return tolerance_; }
   int precision() const { return precision_; }
 
@@ -54,6 +57,10 @@ bool AppendPointRun(std::string& out, const SvgCoordinates& page, const Points& 
   auto it = points.begin();
   while (it != points.end() && !IsFinitePoint(it->x, it->y)) ++it;
   if (it == points.end()) return false;
+  if (pointsInElement >= kPointsPerPathElement) {
+    splitElement();
+    pointsInElement = 0;
+  }
   double px = it->x, py = it->y;
   page.MoveTo(out, px, py);
   ++pointsInElement;
