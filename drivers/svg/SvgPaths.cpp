@@ -15,10 +15,10 @@
 
 namespace {
 
-// Line weights in millimetres by index; index 0 is the default line weight.
-constexpr double kLineWeights[] = {0.25, 0.05, 0.09, 0.13, 0.15, 0.18, 0.20, 0.25, 0.30, 0.35, 0.40, 0.50,
-                                   0.53, 0.60, 0.70, 0.80, 0.90, 1.00, 1.06, 1.20, 1.40, 1.58, 2.00, 2.11};
-constexpr int kLineWeightCount = sizeof kLineWeights / sizeof kLineWeights[0];
+// Line weights arrive in hundredths of a millimetre (index 0..211, up to AutoCAD's 2.11 mm); the
+// table turns each into millimetres.
+constexpr int kLineWeightCount = 212;
+constexpr double kLineWeightFactor = 0.01;
 constexpr double kLargestLineWeightFactor = 0.1;
 // Geometric widths are scaled by this factor when the page is smaller than the drawing.
 constexpr double kAbsoluteWidthFactor = 2.0506;
@@ -28,6 +28,14 @@ constexpr double kFixedWidth = 0.2;
 constexpr std::size_t kMergeablePoints = 999;
 
 std::string Attribute(const std::string& text) { return XmlText(text, XmlEscapeMode::kAttribute); }
+
+bool HasTwoFinitePoints(const std::vector<OdGePoint2d>& points) {
+  int finite = 0;
+  for (const OdGePoint2d& p : points) {
+    if (IsFinitePoint(p.x, p.y) && ++finite == 2) return true;
+  }
+  return false;
+}
 
 bool SameStroke(const DrvStroke& a, const DrvStroke& b) {
   return a.width == b.width && a.lineWeight == b.lineWeight && a.lineTypeName == b.lineTypeName &&
@@ -42,7 +50,7 @@ void DRAWSVG::SelectColourGroup(int colorIndex) {
   m_colourKey = m_namedColour ? m_colourClass : std::to_string(colorIndex);
 }
 
-double DRAWSVG::GetViewLineWeight() { return kLineWeights[0]; }
+double DRAWSVG::GetViewLineWeight() { return kLineWeightFactor; }
 
 double DRAWSVG::GetStrokeWidth(double width, int lineWeightIndex, bool absolute) {
   if (absolute && m_svgScale > 1.0) {
@@ -50,7 +58,7 @@ double DRAWSVG::GetStrokeWidth(double width, int lineWeightIndex, bool absolute)
     return m_minLineWidth > v ? m_minLineWidth : v;
   }
   if (lineWeightIndex < 0 || lineWeightIndex >= kLineWeightCount) lineWeightIndex = 0;
-  double t = std::min(kLineWeights[lineWeightIndex], kLargestLineWeightFactor);
+  double t = std::min(kLineWeightFactor, kLargestLineWeightFactor);
   // The minimum is compared before the line width scale applies.
   return m_minLineWidth > t * width ? m_minLineWidth : t * width * m_lineWidthScale;
 }
@@ -126,7 +134,7 @@ void DRAWSVG::WritePolylines(const std::vector<DrvPolyline>& records, bool withH
     m_out += opener;
   };
   for (const DrvPolyline& record : records) {
-    if (record.points.size() < 2 || !(record.width >= 0)) continue;
+    if (!(record.width >= 0) || !HasTwoFinitePoints(record.points)) continue;
     bool separate = previous == nullptr || withHandles || record.hasHandle || !SameStroke(record, *previous) ||
                     !record.roomId.empty() || previousDashed || record.area > 0 || record.closedKind == 1 ||
                     record.points.size() > kMergeablePoints;
@@ -312,7 +320,7 @@ void DRAWSVG::WriteFills(const std::vector<DrvFill>& records) {
   try {
     SvgCoordinates page = PageCoordinates();
     for (const DrvFill& fill : records) {
-      if (fill.points.size() < 2) continue;
+      if (!HasTwoFinitePoints(fill.points)) continue;
       std::string data;
       double px = 0, py = 0;
       bool started = false;
