@@ -229,6 +229,10 @@ int TRANS_BASE2::DrawLine(const OdString& lineTypeName, bool, int widthIsGeometr
     const double tolerance = m_pointTolerance;
     if (std::fabs(x1 - x2) < tolerance && std::fabs(y1 - y2) < tolerance) return 0;
     if (std::fabs((x2 - x1) * m_unitScale) < tolerance && std::fabs((y2 - y1) * m_unitScale) < tolerance) return 0;
+    if (!CurrentGroupForDrawing()) {
+      TraceMessage("NULL Path in AddLine");
+      return 0;
+    }
 
     // The kit often hands the same segment again (shared edges, repeated dashes): the last five
     // segments are remembered and a repeat of one of them is dropped.
@@ -272,6 +276,10 @@ int TRANS_BASE2::DrawPolyline(const std::vector<OdGePoint2d>& points, bool fille
     for (const auto& p : points)
       if (!finite(p.x, p.y)) return 0;
     SetPathAttributes(filled);
+    if (!m_currentGroup) {
+      TraceMessage("NULL Path in AddPolyline");
+      return 0;
+    }
 
     DrvPolyline record;
     record.points.reserve(points.size());
@@ -290,12 +298,7 @@ int TRANS_BASE2::DrawPolyline(const std::vector<OdGePoint2d>& points, bool fille
 
     bool closed = points.front() == points.back() && points.size() > 3;
     if (filled) {
-      DrvColorGroup* group = CurrentGroupForDrawing();
-      if (!group) {
-        TraceMessage("NULL Path in AddPolyline");
-        return 0;
-      }
-      group->fills.push_back({std::move(record.points), m_currentHandle, m_currentColor});
+      m_currentGroup->fills.push_back({std::move(record.points), m_currentHandle, m_currentColor});
       return 1;
     }
     record.closedKind = closed ? 1 : 0;
@@ -314,6 +317,10 @@ int TRANS_BASE2::DrawArc(const OdString& lineTypeName, bool, int widthIsGeometri
                          double radius, double startAngle, double endAngle, double, double lineWidth) {
   try {
     if (!finite(centerX, centerY, radius, startAngle) || !std::isfinite(endAngle) || !(radius > 0.0)) return 0;
+    if (!CurrentGroupForDrawing()) {
+      TraceMessage("NULL Path in AddArc");
+      return 0;
+    }
     DrvArc record;
     record.center = {centerX * m_unitScale, centerY * m_unitScale};
     record.radius = radius * m_unitScale;
@@ -335,7 +342,11 @@ int TRANS_BASE2::DrawArc(const OdString& lineTypeName, bool, int widthIsGeometri
 int TRANS_BASE2::DrawCircle(bool filled, const OdString& lineTypeName, bool, int widthIsGeometric, double centerX,
                             double centerY, double radius, double, double lineWidth) {
   try {
-    if (!finite(centerX, centerY, radius, lineWidth) || !(radius > 0.0)) return 0;
+    if (!finite(centerX, centerY) || !std::isfinite(radius) || !(radius > 0.0)) return 0;
+    if (!CurrentGroupForDrawing()) {
+      TraceMessage("NULL Path in AddEntity");
+      return 0;
+    }
     DrvCircle record;
     record.center = {centerX * m_unitScale, centerY * m_unitScale};
     record.radiusX = record.radiusY = radius * m_unitScale;
@@ -358,6 +369,10 @@ int TRANS_BASE2::DrawEllipse(bool filled, const OdString& lineTypeName, bool, in
     if (!finite(centerX, centerY, radiusX, radiusY) || !std::isfinite(rotation) || !(radiusX > 0.0) ||
         !(radiusY > 0.0))
       return 0;
+    if (!CurrentGroupForDrawing()) {
+      TraceMessage("NULL Path in AddEntity");
+      return 0;
+    }
     DrvCircle record;
     record.center = {centerX * m_unitScale, centerY * m_unitScale};
     record.radiusX = radiusX * m_unitScale;
