@@ -259,4 +259,45 @@ TEST_F(SvgDocument, PagesMetadataNamesTheCurrentPage) {
   EXPECT_NE(first.find("{ \"fileName\":\"plan.svg\", \"pageName\":\"Ground &amp; floor\"},"), std::string::npos);
 }
 
+TEST_F(SvgDocument, RoomOutlinesCarryTheTextInside) {
+  svg().SetRoomLayers("Rooms");
+  svg().SetTextLayers("Labels");
+  BeginView(L"Model", kViewModelSpace, 0, 0, 100, 100);
+  Layer(L"Rooms", 2);
+  svg().SetCurrentHandle("2A4");
+  Polyline({{10, 10}, {40, 10}, {40, 40}, {10, 40}, {10, 10}});
+  Polyline({{60, 60}, {90, 60}, {90, 90}, {60, 90}, {60, 60}});
+  Layer(L"Labels", 2);
+  TextRecord label;
+  label.text = L"101";
+  label.position = {20, 20};
+  label.height = 2;
+  svg().DrawText(label);
+  ASSERT_EQ(OutputView(), 1);
+  std::string file = Written("plan.svg");
+  EXPECT_NE(file.find("class=\"sClr_red  ZW vtrl_nodes\" vtrl:node='NODE_1' vtrl:roomId='101' fill=\"transparent\" "),
+            std::string::npos)
+      << file;
+  EXPECT_EQ(CountOf(file, "vtrl:roomId="), 1);
+  EXPECT_TRUE(Exists("plan.rl"));
+  EXPECT_EQ(svgtest::XmlProblems(Path("plan.svg")), "");
+}
+
+TEST_F(SvgDocument, PageFilesOfAMultiPageRun) {
+  svg().SetBaseDrawingName(OdString(Path("plan").string()));
+  testing::internal::CaptureStdout();
+  for (const wchar_t* view : {L"Layout__", L"Layout__", L"View__", L"North"}) {
+    svg().DefineView(OdString(view), kViewLayout);
+    EXPECT_EQ(svg().StartPageFile(), 1);
+    svg().CloseOutputFile();
+  }
+  std::string said = testing::internal::GetCapturedStdout();
+  for (const char* name : {"plan__Layout01.svg", "plan__Layout02.svg", "plan__View01.svg", "plan__North.svg"}) {
+    EXPECT_TRUE(Exists(name)) << name;
+  }
+  EXPECT_NE(said.find("Page #1  File: " + Path("plan__Layout01.svg").string()), std::string::npos) << said;
+  EXPECT_NE(said.find("Page #4  File: "), std::string::npos);
+  EXPECT_EQ(svg().GetOutputStem(), OdString(L"plan__North"));
+}
+
 }  // namespace
