@@ -117,18 +117,6 @@ TEST_F(DriverSettersTest, PageEntriesKeepFileNameAfterLastSeparator) {
   EXPECT_EQ(driver.GetPages()[0].pageName, W("Layout1"));
 }
 
-TEST_F(DriverSettersTest, PageSizeStoresOriginAndPaperValues) {
-  TRANS_BASE2 driver;
-  EXPECT_FALSE(driver.HasExplicitOrigin());
-  driver.SetPageSize(1, 2, 3, 4, 5, 6, 7);
-  EXPECT_TRUE(driver.HasExplicitOrigin());
-  EXPECT_EQ(driver.GetGlobalOriginX(), 4);
-  EXPECT_EQ(driver.GetGlobalOriginY(), 5);
-  EXPECT_EQ(driver.GetPaperValues()[0], 6);
-  EXPECT_EQ(driver.GetPaperValues()[1], 7);
-  EXPECT_EQ(driver.GetPaperValues()[2], 3);
-}
-
 // Point tolerance is coarse while collecting and fine for writing.
 TEST_F(DriverSettersTest, ResetFileTightensPointToleranceAndRestoresBackground) {
   TRANS_BASE2 driver;
