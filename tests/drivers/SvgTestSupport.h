@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <unistd.h>
 #include <sstream>
 #include <string>
 
@@ -35,9 +36,10 @@ inline std::string XmlProblems(const std::filesystem::path& path) {
   return status == 0 ? std::string() : said;
 }
 
-// The same for a text: written to a scratch file first.
+// The same for a text: written to a scratch file first, named per process because CTest runs
+// the test cases of one program side by side.
 inline std::string XmlTextProblems(const std::string& text, const std::string& scratchName) {
-  auto path = std::filesystem::temp_directory_path() / scratchName;
+  auto path = std::filesystem::temp_directory_path() / (std::to_string(getpid()) + "_" + scratchName);
   WriteFile(path, text);
   std::string problems = XmlProblems(path);
   std::filesystem::remove(path);

@@ -1,0 +1,188 @@
+// The converter: one per process. It holds every setting of the run, owns the kit from its start
+// to its stop, loads the input drawing and dispatches the conversion by output format.
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <set>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+#include "kit/base/OdString.h"
+#include "kit/db/OdDbDatabase.h"
+#include "projects/common/ParseCommandLine.h"
+
+class TRANS_BASE2;
+
+// The run's drawing; kit callbacks and drivers reach it without a converter.
+extern OdDbDatabasePtr g_pDb;
+extern bool g_AllLayersOn;
+
+class CDm2017 {
+public:
+  CDm2017();
+  ~CDm2017();
+  CDm2017(const CDm2017&) = delete;
+  CDm2017& operator=(const CDm2017&) = delete;
+
+  int ReadInputFile(const OdString& input);
+  int StartConversion();
+  int EndConversion();
+
+  // ---- Settings (every setter returns 0) ----
+  int SetLogFileName(const OdString& name);
+  int SetCTBFileName(const OdString& v) { ctbFileName = v; return 0; }
+  int SetTreatAs(int v) { treatAs = v; return 0; }
+  int SetInputFile(const OdString& v);
+  int SetOutputFile(const OdString& v);
+  int SetOutputFormat(int v) { outputFormat = v; return 0; }
+  int SetOrientation(int v) { orientation = v; return 0; }
+  int SetWidth(int64_t v) { width = givenWidth = v; return 0; }
+  int SetHeight(int64_t v) { height = givenHeight = v; return 0; }
+  int SetMinLineWidth(double v) { minLineWidth = v; return 0; }
+  int SetLineWidthScale(double v) { lineWidthScale = v; return 0; }
+  int SetLineTypeScale(double v) { lineTypeScale = v; return 0; }
+  int SetDashScale(double v) { dashScale = v; return 0; }
+  int SetDrawingSize(int v) { drawingSize = v; return 0; }
+  int SetDrawingSizeMode(int v) { drawingSizeMode = v; return 0; }
+  int SetBackground(int v) { background = v; return 0; }
+  int SetMonochrome(bool v) { monochrome = v; return 0; }
+  int SetGreyscale(bool v) { greyscale = v; return 0; }
+  int SetLayoutName(const OdString& v) { layoutName = v; return 0; }
+  int SetViewName(const OdString& v) { viewName = v; return 0; }
+  int SetViewMode(int v) { viewMode = v; return 0; }
+  int SetUnits(int v);
+  int SetAutoTrim(bool v) { autoTrim = v; return 0; }
+  int SetNoTextScale(bool v) { noTextScale = v; return 0; }
+  int SetFontScale(double v) { fontScale = v; return 0; }
+  int SetFlag259(bool v) { flag259 = v; return 0; }
+  int SetListArea(bool v) { listArea = v; return 0; }
+  int SetMargin(int v) { margin = v; return 0; }
+  int SetCSVOutput() { csvOutput = true; return 0; }
+  int SetCSVFileName(const OdString& v) { csvFileName = v; return 0; }
+  int SetAllLayersOn() { g_AllLayersOn = true; return 0; }
+  int SetVersion(int v) { version = v; return 0; }
+  int SetPrecision(int v) { precision = v; return 0; }
+  int SetPostfix() { postfix = true; return 0; }
+  int SetRepository() { repository = true; return 0; }
+  int SetBreakByLayer(bool v) { breakByLayer = v; return 0; }
+  int SetJSUnicode() { jsUnicode = true; return 0; }
+  int SetXrefPath(const OdString& v) { xrefPath = v; return 0; }
+  int SetFontPath(const OdString& v) { fontPath = v; return 0; }
+  int SetDPI(int v) { dpi = v; return 0; }
+  int SetIgnoreBlocks() { processBlocks = false; return 0; }
+  int SetZoomExtents() { zoomExtents = true; return 0; }
+  int SetRLayers(const OdString& v) { roomLayers = v; return 0; }
+  int SetTLayers(const OdString& v) { textLayers = v; return 0; }
+  int SetLayersOff(const OdString& v);
+  int SetLayersOn(const OdString& v) { layersOn = v; return 0; }
+  int SetBlockName(const OdString& v) { blockName = v; return 0; }
+  int SetContentHyperlink(const OdString& v) { contentHyperlink = v; return 0; }
+  int SetRegex(const std::string& v) { regex = v; return 0; }
+  int SetBlankAttributeText(const OdString& v) { blankAttributeText = v; return 0; }
+  int SetNoUninit(bool v) { noUninit = v; return 0; }
+  int SetListViews() { listViews = true; return 0; }
+  int SetTolerance(double v) { tolerance = v; toleranceSet = true; return 0; }
+  int SetNetwork() { network = true; return 0; }
+  int SetDefaultFont(const OdString& v);
+  int SetDefaultItalicFont(const OdString& v);
+  int SetStrokeText() { strokeText = true; return 0; }
+  int SetBrightness(double v) { brightness = v; return 0; }
+  int SetSL() { sl = true; return 0; }
+  int SetWorkspaceBlocks(const std::vector<WorkspaceBlockRecord>& v) { workspaceBlocks = v; return 0; }
+  int SetJSONFile(const std::string& v) { jsonFile = v; return 0; }
+  int SetDoTooltips();
+  int SetPointCircle(int v) { pointCircle = v; return 0; }
+  int SetFlag318(bool v) { watermarkEnabled = v; return 0; }
+  int SetWatermarkContent(const OdString& v) { watermarkContent = v; return 0; }
+  int SetWatermarkHeight(double v) { watermarkHeight = v; return 0; }
+  int SetWatermarkX(const std::string& v) { watermarkX = v; return 0; }
+  int SetWatermarkY(const std::string& v) { watermarkY = v; return 0; }
+  int SetWatermarkAngle(double v) { watermarkAngle = v; return 0; }
+  int SetWatermarkFont(const std::string& v) { watermarkFont = v; return 0; }
+  int SetWatermarkAnchor(const std::string& v) { watermarkAnchor = v; return 0; }
+  int SetWatermarkLayer(const std::string& v) { watermarkLayer = v; return 0; }
+  int SetWatermarkColor(int v) { watermarkColor = v; return 0; }
+  int SetWatermarkRGB(const std::string& v) { watermarkRGB = v; return 0; }
+
+  int GetOutputFormat() const { return outputFormat; }
+  double GetUnitFactor() const { return unitFactor; }
+  OdString GetLayersOff() const { return layersOff; }
+  OdString GetLayersOn() const { return layersOn; }
+  const std::set<OdString>& GetViewNames() const { return viewNames; }
+  const std::set<OdString>& GetLayoutNames() const { return layoutNames; }
+
+  bool ready = false;
+
+private:
+  int ConvertToRaster(int format);
+  int ConvertToVector(int format);
+  int WriteDrawingFile();
+  void PreprocessFile();
+  void OpenDrawing(const OdString& path);
+  int CollectDrawingTables();
+  void RestoreStandardOutput();
+
+  std::string jsonFile;
+  int pointCircle = 0;
+  double dashScale = 0.02;
+  double minLineWidth = 0.3;
+  double lineWidthScale = 1.0;
+  double lineTypeScale = 0.0;
+  bool noUninit = true;
+  bool breakByLayer = false;
+  bool toleranceSet = false;
+  double tolerance = 0.1;
+  bool flag259 = false;
+  bool listArea = false;
+  double fontScale = 0.0;
+  int inputKind = 0;
+  OdString inputFile, outputName, baseOutputName, layoutName, viewName, xrefPath, fontPath;
+  OdString logFileName, csvFileName, ctbFileName, blankAttributeText;
+  bool listViews = false;
+  bool repository = false;
+  int viewMode = 0;
+  int version = 0;
+  int outputFormat = 0;
+  int64_t height = 0, width = 0, givenHeight = 0, givenWidth = 0;
+  bool autoTrim = false;
+  bool csvOutput = false;
+  bool noTextScale = true;
+  bool zoomExtents = false;
+  int precision = 0;
+  int margin = 18;
+  TRANS_BASE2* outputDriver = nullptr;
+  std::streambuf* savedStdoutBuffer = nullptr;
+  int treatAs = 0;
+  OdString roomLayers, textLayers, layersOff, layersOn, blockName, contentHyperlink;
+  std::string regex;
+  bool jsUnicode = false;
+  bool postfix = false;
+  OdAnsiString defaultFont, defaultItalicFont;
+  bool skipConversion = false;
+  bool sl = false;
+  int background = 255;
+  bool monochrome = false;
+  bool greyscale = false;
+  int dpi = 0;
+  int units = 0;
+  double unitFactor = 1.0;
+  int orientation = -1;
+  int drawingSize = 0;
+  int drawingSizeMode = 0;
+  bool processBlocks = true;
+  bool strokeText = false;
+  bool doTooltips = false;
+  double brightness = 0.0;
+  bool network = false;
+  std::vector<std::pair<OdString, bool>> layerVisibility;  // as loaded
+  std::set<OdString> viewNames, layoutNames;
+  std::vector<WorkspaceBlockRecord> workspaceBlocks;
+  bool watermarkEnabled = false;
+  OdString watermarkContent;
+  double watermarkHeight = 0.0;
+  std::string watermarkX, watermarkY, watermarkFont, watermarkAnchor, watermarkLayer, watermarkRGB;
+  double watermarkAngle = 0.0;
+  int watermarkColor = 7;
+};
