@@ -120,6 +120,7 @@ private:
   int ConvertToVector(int format);
   int WriteDrawingFile();
   void PreprocessFile();
+  void PrepareFileLookup(const OdString& input);
   void OpenDrawing(const OdString& path);
   int CollectDrawingTables();
   void RestoreStandardOutput();

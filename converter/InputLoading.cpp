@@ -2,12 +2,15 @@
 // collected at load time for the view selection and layer switching.
 #include <iostream>
 #include <cwctype>
+#include <filesystem>
 #include <string>
 
 #include "converter/CDm2017.h"
 #include "kit/base/OdError.h"
 #include "kit/dxf/DxfReader.h"
 #include "projects/common/CommonRoutines.h"
+#include "projects/common/ProgramInfo.h"
+#include "services/MyServices.h"
 #include "services/Trace.h"
 
 namespace {
@@ -35,7 +38,24 @@ void PrintKitError(const OdError& e) {
 
 }  // namespace
 
+// The search lists the kit's callbacks will walk: external-reference paths, the input's own
+// directory, the current and program directories, and the font paths.
+void CDm2017::PrepareFileLookup(const OdString& input) {
+  MyServices& services = TheServices();
+  if (!xrefPath.isEmpty()) services.SetXrefPaths(xrefPath);
+  if (!fontPath.isEmpty()) services.SetFontPaths(fontPath);
+  services.AddEnvironmentPaths();
+  const std::wstring path(input.c_str());
+  const auto separator = path.find_last_of(L"/\\");
+  if (separator != std::wstring::npos) services.SetInputDirectory(OdString(path.substr(0, separator + 1)));
+  services.SetRepoMode(repository);
+  std::error_code ignored;
+  const OdString cwd(std::filesystem::current_path(ignored).string() + "/");
+  services.AddStandardDirectories(cwd, input, OdString(g_ProgramDirectory));
+}
+
 int CDm2017::ReadInputFile(const OdString& input) {
+  PrepareFileLookup(input);
   std::string output, directory, base, extension;
   SplitPath(OdStringToUtf8(output, outputName), directory, base, extension);
   Utf8ToOdString(baseOutputName, OdAnsiString(directory + base));
