@@ -1,11 +1,14 @@
 // The converter: one per process. It holds every setting of the run, owns the kit from its start
 // to its stop, loads the input drawing and dispatches the conversion by output format.
+//
+// Calling order: constructor; setters; `ready = true`; ReadInputFile; only when that returned 0,
+// StartConversion and EndConversion; destructor.
 #pragma once
 
 #include <cstdint>
-#include <fstream>
+#include <iosfwd>
+#include <map>
 #include <set>
-#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -17,7 +20,12 @@ class TRANS_BASE2;
 
 // The run's drawing; kit callbacks and drivers reach it without a converter.
 extern OdDbDatabasePtr g_pDb;
+// Every layer is converted, whatever its state (ALLLAYERS).
 extern bool g_AllLayersOn;
+// The loaded drawing was imported from DWF.
+extern bool g_DwfImported;
+// Whether drawings are read partially; every read is whole, so this only travels to the reader.
+extern bool g_PartialLoad;
 
 class CDm2017 {
 public:
@@ -26,16 +34,21 @@ public:
   CDm2017(const CDm2017&) = delete;
   CDm2017& operator=(const CDm2017&) = delete;
 
+  // 0 when a drawing was loaded (or a raster input converted); see InputLoading.cpp for the rest.
   int ReadInputFile(const OdString& input);
+  // 0, or -666 (not ready), -667 (no drawing), -1000 (no route for the format) or a route's code.
   int StartConversion();
   int EndConversion();
 
   // ---- Settings (every setter returns 0) ----
+  int SetTrace(int on);
   int SetLogFileName(const OdString& name);
   int SetCTBFileName(const OdString& v) { ctbFileName = v; return 0; }
   int SetTreatAs(int v) { treatAs = v; return 0; }
   int SetInputFile(const OdString& v);
+  int SetInputFile(const char* v);
   int SetOutputFile(const OdString& v);
+  int SetOutputFile(const char* v);
   int SetOutputFormat(int v) { outputFormat = v; return 0; }
   int SetOrientation(int v) { orientation = v; return 0; }
   int SetWidth(int64_t v) { width = givenWidth = v; return 0; }
@@ -61,6 +74,7 @@ public:
   int SetMargin(int v) { margin = v; return 0; }
   int SetCSVOutput() { csvOutput = true; return 0; }
   int SetCSVFileName(const OdString& v) { csvFileName = v; return 0; }
+  int SetCSVFileName(const char* v);
   int SetAllLayersOn() { g_AllLayersOn = true; return 0; }
   int SetVersion(int v) { version = v; return 0; }
   int SetPrecision(int v) { precision = v; return 0; }
@@ -106,23 +120,54 @@ public:
   int SetWatermarkColor(int v) { watermarkColor = v; return 0; }
   int SetWatermarkRGB(const std::string& v) { watermarkRGB = v; return 0; }
 
+  // ---- Getters (strings are copies) ----
   int GetOutputFormat() const { return outputFormat; }
+  int GetInputKind() const { return inputKind; }
+  OdString GetInputFile() const { return inputFile; }
+  OdString GetOutputFile() const { return outputName; }
+  OdString GetBaseOutputName() const { return baseOutputName; }
+  int GetUnits() const { return units; }
   double GetUnitFactor() const { return unitFactor; }
+  int64_t GetWidth() const { return width; }
+  int64_t GetHeight() const { return height; }
+  int64_t GetGivenWidth() const { return givenWidth; }
+  int64_t GetGivenHeight() const { return givenHeight; }
   OdString GetLayersOff() const { return layersOff; }
   OdString GetLayersOn() const { return layersOn; }
+  OdAnsiString GetDefaultFont() const { return defaultFont; }
+  OdAnsiString GetDefaultItalicFont() const { return defaultItalicFont; }
+  // Copies the font path into `path`; true when there is one.
+  bool GetFontPath(OdString& path) const { path = fontPath; return !fontPath.isEmpty(); }
+  bool HasLogFile() const { return !logFileName.isEmpty(); }
+  const std::map<OdString, bool>& GetLayerVisibility() const { return layerVisibility; }
   const std::set<OdString>& GetViewNames() const { return viewNames; }
   const std::set<OdString>& GetLayoutNames() const { return layoutNames; }
+
+  // Prints the fonts the drawing's text styles name and where they were found.
+  void ReportUsedFonts();
 
   bool ready = false;
 
 private:
+  // Input loading routes.
+  void PrepareFileLookup(const OdString& input);
+  int LoadByRoute(const OdString& input, const OdString& extension);
+  void OpenDrawing(const OdString& path);
+  void RecoverDrawing(const OdString& path);
+  void ReadThroughTemporaryName(const OdString& path);
+  void ImportDwf(const OdString& input);
+  void ImportPdf(const OdString& input);
+  int ImportDgn(const OdString& input);
+  void SaveImportedDrawing(const OdDbDatabasePtr& database);
+  int CollectDrawingTables();
+
+  // Output routes.
+  void PreprocessFile();
   int ConvertToRaster(int format);
   int ConvertToVector(int format);
-  int WriteDrawingFile();
-  void PreprocessFile();
-  void PrepareFileLookup(const OdString& input);
-  void OpenDrawing(const OdString& path);
-  int CollectDrawingTables();
+  bool ConvertRasterInput(const OdString& inputPath);
+  int WriteDrawingFile(int kind, int fileVersion);
+
   void RestoreStandardOutput();
 
   std::string jsonFile;
@@ -139,7 +184,8 @@ private:
   bool listArea = false;
   double fontScale = 0.0;
   int inputKind = 0;
-  OdString inputFile, outputName, baseOutputName, layoutName, viewName, xrefPath, fontPath;
+  OdString inputFile, outputName, baseOutputName;
+  OdString layoutName, viewName, xrefPath, fontPath;
   OdString logFileName, csvFileName, ctbFileName, blankAttributeText;
   bool listViews = false;
   bool repository = false;
@@ -151,39 +197,49 @@ private:
   bool csvOutput = false;
   bool noTextScale = true;
   bool zoomExtents = false;
+  bool zoomExtentsPaper = false;
   int precision = 0;
+  int rasterMaxSize = 15000;
   int margin = 18;
   TRANS_BASE2* outputDriver = nullptr;
   std::streambuf* savedStdoutBuffer = nullptr;
   int treatAs = 0;
-  OdString roomLayers, textLayers, layersOff, layersOn, blockName, contentHyperlink;
+  OdString roomLayers, textLayers, layersOff, layersOn;
   std::string regex;
+  OdString blockName;
   bool jsUnicode = false;
   bool postfix = false;
   OdAnsiString defaultFont, defaultItalicFont;
   bool skipConversion = false;
   bool sl = false;
-  int background = 255;
+  int paletteSize = 0;
+  const uint32_t* palette = nullptr;
+  int background = 0;
   bool monochrome = false;
   bool greyscale = false;
   int dpi = 0;
+  int dpiAlt = 0;
   int units = 0;
   double unitFactor = 1.0;
-  int orientation = -1;
+  int orientation = 0;
   int drawingSize = 0;
   int drawingSizeMode = 0;
+  bool viewActive = false;
+  double viewWidth = 0.0, viewHeight = 0.0;
   bool processBlocks = true;
   bool strokeText = false;
   bool doTooltips = false;
   double brightness = 0.0;
   bool network = false;
-  std::vector<std::pair<OdString, bool>> layerVisibility;  // as loaded
+  std::map<OdString, bool> layerVisibility;  // layer name -> visible when loaded
   std::set<OdString> viewNames, layoutNames;
+  OdDbDatabasePtr importedDgnDb, importedPdfDb;
+  OdString contentHyperlink;
   std::vector<WorkspaceBlockRecord> workspaceBlocks;
   bool watermarkEnabled = false;
   OdString watermarkContent;
   double watermarkHeight = 0.0;
   std::string watermarkX, watermarkY, watermarkFont, watermarkAnchor, watermarkLayer, watermarkRGB;
   double watermarkAngle = 0.0;
-  int watermarkColor = 7;
+  int watermarkColor = 0;
 };

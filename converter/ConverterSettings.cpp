@@ -1,11 +1,14 @@
 // Setters that do more than store a value.
-#include <iostream>
-
 #include "converter/CDm2017.h"
 #include "projects/common/CommonRoutines.h"
 #include "services/Trace.h"
 
 namespace {
+
+OdString FromUtf8(const char* text) {
+  OdString out;
+  return Utf8ToOdString(out, OdAnsiString(text ? text : ""));
+}
 
 OdAnsiString ToNarrow(const OdString& text) {
   std::string narrow;
@@ -14,27 +17,9 @@ OdAnsiString ToNarrow(const OdString& text) {
 
 }  // namespace
 
-// The log replaces standard output for the whole run; EndConversion gives it back.
-int CDm2017::SetLogFileName(const OdString& name) {
-  TraceMessage("Log File Name", name);
-  logFileName = name;
-  static std::ofstream logStream;
-  if (!logStream.is_open()) {
-    std::string path;
-    logStream.open(OdStringToUtf8(path, name), std::ios::out | std::ios::trunc);
-  }
-  if (!logStream.is_open()) return 0;
-  std::cout.flush();
-  if (!savedStdoutBuffer) savedStdoutBuffer = std::cout.rdbuf();
-  std::cout.rdbuf(logStream.rdbuf());
+int CDm2017::SetTrace(int on) {
+  SetTraceEnabled(on != 0);
   return 0;
-}
-
-void CDm2017::RestoreStandardOutput() {
-  if (!savedStdoutBuffer) return;
-  std::cout.flush();
-  std::cout.rdbuf(savedStdoutBuffer);
-  savedStdoutBuffer = nullptr;
 }
 
 int CDm2017::SetInputFile(const OdString& v) {
@@ -43,13 +28,20 @@ int CDm2017::SetInputFile(const OdString& v) {
   return 0;
 }
 
+int CDm2017::SetInputFile(const char* v) { return SetInputFile(FromUtf8(v)); }
+
 int CDm2017::SetOutputFile(const OdString& v) {
   TraceMessage("Output Name", v);
   outputName = v;
   return 0;
 }
 
-// Inches to the unit; the mile keeps 1.0 as the program always had it.
+int CDm2017::SetOutputFile(const char* v) { return SetOutputFile(FromUtf8(v)); }
+
+int CDm2017::SetCSVFileName(const char* v) { return SetCSVFileName(FromUtf8(v)); }
+
+// Inches to the unit. The mile keeps 1.0: output sizes in miles were never scaled, and files made
+// with that setting must not change.
 int CDm2017::SetUnits(int v) {
   static const double kFactors[] = {1.0, 1.0, 1.0 / 12, 1.0 / 36, 1.0, 25.4, 2.54, 0.0254};
   units = v;
@@ -57,8 +49,9 @@ int CDm2017::SetUnits(int v) {
   return 0;
 }
 
+// Layers switched off accumulate over calls; layers switched on are one list, the last given.
 int CDm2017::SetLayersOff(const OdString& v) {
-  layersOff = layersOff.isEmpty() ? v : OdString(std::wstring(layersOff.c_str()) + L";" + v.c_str());
+  layersOff = layersOff.isEmpty() ? v : layersOff + L";" + v;
   return 0;
 }
 

@@ -1,13 +1,12 @@
-// Loading the input: the input kind by extension, the drawing read (with recovery) and the tables
-// collected at load time for the view selection and layer switching.
-#include <iostream>
-#include <cwctype>
+// Loading the input: the search lists set up for the kit, the loader chosen by the input's
+// extension, and the tables collected at load time for the view selection and layer switching.
 #include <filesystem>
+#include <iostream>
 #include <string>
 
 #include "converter/CDm2017.h"
+#include "converter/InputRoute.h"
 #include "kit/base/OdError.h"
-#include "kit/dxf/DxfReader.h"
 #include "projects/common/CommonRoutines.h"
 #include "projects/common/ProgramInfo.h"
 #include "services/MyServices.h"
@@ -15,95 +14,100 @@
 
 namespace {
 
-// The last four characters in lower case; a kind matches when they begin with its text.
-std::wstring InputExtension(const OdString& path) {
-  std::wstring text(path.c_str());
-  if (text.size() <= 4) return L"";
-  std::wstring ext = text.substr(text.size() - 4);
-  for (auto& c : ext) c = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
-  return ext;
+constexpr int kUnknownExtension = -1001;
+constexpr int kInputKindDwg = 1013;
+constexpr int kInputKindDxf = 1014;
+
+OdString CurrentDirectory() {
+  std::error_code failed;
+  const std::filesystem::path cwd = std::filesystem::current_path(failed);
+  return failed ? OdString() : toOdString(cwd.string() + "/");
 }
 
-bool StartsWith(const std::wstring& text, const wchar_t* prefix) { return text.rfind(prefix, 0) == 0; }
-
-bool EqualNoCase(const std::string& a, const OdString& b) {
-  return OdString(odDecodeUtf8(a.data(), a.size())).iCompare(b) == 0;
+OdString WithoutExtension(const OdString& path) {
+  std::string utf8, directory, baseName, extension;
+  SplitPath(OdStringToUtf8(utf8, path), directory, baseName, extension);
+  OdString out;
+  return Utf8ToOdString(out, OdAnsiString(directory + baseName));
 }
 
 // Through std::cout, not printf, so that a log file given with LOG catches it too.
-void PrintKitError(const OdError& e) {
+void PrintKitError(const OdError& error) {
   std::string text;
-  std::cout << "Teigha Error: " << OdStringToUtf8(text, e.description()) << "\n\n" << std::flush;
+  std::cout << "Teigha Error: " << OdStringToUtf8(text, error.description()) << "\n\n" << std::flush;
+}
+
+// Room and text layers must show whatever state the drawing left them in.
+void ForceLayerVisible(LayerRecord& layer) {
+  layer.setIsOff(false);
+  layer.setIsFrozen(false);
+  layer.setIsHidden(false);
+  layer.setIsFrozenInNewViewports(false);
+}
+
+bool NameEquals(const LayerRecord& layer, const OdString& name) {
+  return !name.isEmpty() && layer.getName().iCompare(name) == 0;
 }
 
 }  // namespace
 
-// The search lists the kit's callbacks will walk: external-reference paths, the input's own
-// directory, the current and program directories, and the font paths.
 void CDm2017::PrepareFileLookup(const OdString& input) {
   MyServices& services = TheServices();
   if (!xrefPath.isEmpty()) services.SetXrefPaths(xrefPath);
   if (!fontPath.isEmpty()) services.SetFontPaths(fontPath);
   services.AddEnvironmentPaths();
-  const std::wstring path(input.c_str());
-  const auto separator = path.find_last_of(L"/\\");
-  if (separator != std::wstring::npos) services.SetInputDirectory(OdString(path.substr(0, separator + 1)));
+  baseOutputName = WithoutExtension(outputName);
+  const OdString inputDirectory = DirectoryPart(input);
+  if (!inputDirectory.isEmpty()) services.SetInputDirectory(inputDirectory);
   services.SetRepoMode(repository);
-  std::error_code ignored;
-  const OdString cwd(std::filesystem::current_path(ignored).string() + "/");
-  services.AddStandardDirectories(cwd, input, OdString(g_ProgramDirectory));
+  services.AddStandardDirectories(CurrentDirectory(), input, toOdString(g_ProgramDirectory));
 }
 
 int CDm2017::ReadInputFile(const OdString& input) {
   PrepareFileLookup(input);
-  std::string output, directory, base, extension;
-  SplitPath(OdStringToUtf8(output, outputName), directory, base, extension);
-  Utf8ToOdString(baseOutputName, OdAnsiString(directory + base));
   TraceMessage("Input file", input);
-  const std::wstring ext = InputExtension(input);
-  if (StartsWith(ext, L".dwf") || treatAs == 1000 || StartsWith(ext, L".pdf") ||
-      StartsWith(ext, L".dgn") || treatAs == 1018) {
-    PrintMessage("Input format is not available in this build", input);
+  const OdString extension = InputExtension(input);
+  g_DwfImported = false;
+  try {
+    const int routed = LoadByRoute(input, extension);
+    if (routed != 0) return routed;
+  } catch (const OdError& error) {
+    PrintKitError(error);
+  } catch (...) {
+    std::cout << "Unknown Error.\n\n" << std::flush;
     return -1;
   }
-  if (StartsWith(ext, L".dwg")) {
-    inputKind = 1013;
-  } else if (StartsWith(ext, L".dxf")) {
-    inputKind = 1014;
-  } else {
-    return -1001;
-  }
-  try {
-    TraceMessage("Read input DWG/DXF file");
-    OpenDrawing(input);
-  } catch (const OdError& e) {
-    PrintKitError(e);
-  }
-  PrintMessage("Input File Name", input);
+  PrintMessage("Input File Name", input.c_str());
   SetInputFile(input);
   if (!g_pDb) return 0;
   return CollectDrawingTables();
 }
 
-// Strict read first; a kit error sends the file through recovery, anything else leaves no drawing.
-void CDm2017::OpenDrawing(const OdString& path) {
-  if (g_pDb) return;
-  std::string utf8;
-  OdStringToUtf8(utf8, path);
-  try {
-    g_pDb = readDxfFile(utf8);
-    TraceMessage("AutoCAD file succesfully opened");
-    return;
-  } catch (const OdError&) {
+// 0 when the post-load steps follow; any other value is ReadInputFile's result as it stands.
+int CDm2017::LoadByRoute(const OdString& input, const OdString& extension) {
+  switch (ChooseInputRoute(extension, treatAs)) {
+    case InputRoute::kDwf:
+      ImportDwf(input);
+      return 0;
+    case InputRoute::kPdf:
+      ImportPdf(input);
+      return 0;
+    case InputRoute::kDgn:
+      return ImportDgn(input);
+    case InputRoute::kRaster:
+      return ConvertRasterInput(input) ? 0 : 1;
+    case InputRoute::kDwg:
+      inputKind = kInputKindDwg;
+      break;
+    case InputRoute::kDxf:
+      inputKind = kInputKindDxf;
+      break;
+    case InputRoute::kUnknown:
+      return kUnknownExtension;
   }
-  try {
-    TraceMessage("Recovering DWG file", path);
-    g_pDb = recoverDxfFile(utf8);
-    TraceMessage("AutoCAD file succesfully recovered and open");
-  } catch (const OdError& e) {
-    TraceMessage("Error reading DWG file", path);
-    throw;
-  }
+  TraceMessage("Read input DWG/DXF file");
+  OpenDrawing(input);
+  return 0;
 }
 
 int CDm2017::CollectDrawingTables() {
@@ -113,21 +117,13 @@ int CDm2017::CollectDrawingTables() {
   if (!textLayers.isEmpty()) std::cout << "Text Layer: " << OdStringToUtf8(text, textLayers) << "\n";
   std::cout.flush();
   for (LayerRecord* layer : g_pDb->layers()) {
-    const bool labelLayer = (!roomLayers.isEmpty() && EqualNoCase(layer->name, roomLayers)) ||
-                            (!textLayers.isEmpty() && EqualNoCase(layer->name, textLayers));
-    if (labelLayer) {
-      layer->off = false;
-      layer->flags &= static_cast<int16_t>(~LayerRecord::kFrozen);
-      layer->hidden = false;
-    }
-    layerVisibility.emplace_back(layer->getName(), !layer->isOff());
+    if (NameEquals(*layer, roomLayers) || NameEquals(*layer, textLayers)) ForceLayerVisible(*layer);
+    layerVisibility[layer->getName()] = !layer->isOff();
   }
   TraceMessage("Get View Table");
   for (ViewRecord* view : g_pDb->views()) viewNames.insert(view->getName());
   TraceMessage("Get Layout Table");
-  for (Layout* layout : g_pDb->layouts()) {
-    OdString name(odDecodeUtf8(layout->name.data(), layout->name.size()));
-    layoutNames.insert(name.makeUpper());
-  }
+  for (Layout* layout : g_pDb->layouts()) layoutNames.insert(toOdString(layout->name).makeUpper());
+  if (listViews) ReportUsedFonts();
   return 0;
 }

@@ -1,17 +1,30 @@
-// The output routes reached from StartConversion. Vector and raster output through the
-// vectorizer are not wired yet: they say so and fail with the converter's codes.
-#include <filesystem>
+// The output routes reached from StartConversion and the raster input route of ReadInputFile.
+// Vector output through the driver, raster output and raster inputs need the vectorizer and the
+// bitmap device, which this build does not have yet: those routes say so and fail with the
+// converter's codes. DWG and DXF writing goes through the kit's writers.
+#include <exception>
+#include <iostream>
+#include <string>
 
 #include "converter/CDm2017.h"
 #include "kit/base/OdError.h"
-#include "kit/dxf/DxfWriter.h"
+#include "kit/host/DrawingFileReaders.h"
 #include "projects/common/CommonRoutines.h"
 #include "services/Trace.h"
+
+namespace {
+
+constexpr int kFormatPdf = 1007;
+constexpr int kFormatSvg = 1016;
+constexpr int kInputKindDwg = 1013;
+constexpr int kInputKindDxf = 1014;
+
+}  // namespace
 
 void CDm2017::PreprocessFile() {}
 
 int CDm2017::ConvertToVector(int format) {
-  if (format != 1016 && format != 1007) {
+  if (format != kFormatSvg && format != kFormatPdf) {
     PrintMessage("Unsupported Output Format");
     return -1000;
   }
@@ -24,18 +37,38 @@ int CDm2017::ConvertToRaster(int /*format*/) {
   return -1000;
 }
 
-int CDm2017::WriteDrawingFile() {
-  if (outputFormat != 1014) {
-    PrintMessage("DWG output is not available in this build");
-    return -1000;
+bool CDm2017::ConvertRasterInput(const OdString& /*inputPath*/) {
+  if (outputFormat != kFormatSvg && outputFormat != kFormatPdf) {
+    PrintMessage("Output Format Not Supported for Direct Raster Conversion");
+    return false;
   }
+  PrintMessage("Raster input is not available in this build");
+  return false;
+}
+
+// kind 0 DWG, 1 DXF; fileVersion 0 keeps the version the drawing was read in.
+int CDm2017::WriteDrawingFile(int kind, int fileVersion) {
+  if ((kind == 0 && inputKind == kInputKindDwg) || (kind == 1 && inputKind == kInputKindDxf)) {
+    PrintMessage("Input and Output Formats must differ");
+    return -1002;
+  }
+  std::wstring name = outputName.str();
+  const auto dot = name.rfind(L'.');
+  if (dot != std::wstring::npos) name.resize(dot);
+  name += kind == 0 ? L".dwg" : L".dxf";
+  const OdString fixedName(name);
+  TraceMessage("    Fixed Output Name", fixedName);
+  TraceMessage("    Write AutoCAD File");
   try {
     std::string path;
-    writeDxfFile(*g_pDb, OdStringToUtf8(path, outputName));
-    TraceMessage("DXF file written", outputName);
+    writeDrawingFile(*g_pDb, OdStringToUtf8(path, fixedName), kind == 0 ? kSaveDwg : kSaveDxf,
+                     fileVersion);
     return 0;
-  } catch (const OdError& e) {
-    PrintMessage("Error writing DXF file", e.description().c_str());
+  } catch (const OdError& error) {
+    PrintMessageOnce("Error  ", error.description().c_str());
+    return -1;
+  } catch (const std::exception&) {
+    PrintMessage("Unexpected error saving dwg file");
     return -1;
   }
 }

@@ -1,78 +1,45 @@
 #include "services/MyServices.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cwctype>
+#include <initializer_list>
 #include <string>
 
-#include "projects/common/CommonRoutines.h"
 #include "services/Trace.h"
 
 bool g_RepoMode = false;
+OdString g_LastFoundFile;
 
 namespace {
 
-std::wstring Wide(const OdString& text) { return std::wstring(text.c_str()); }
-
-bool EndsWithSeparator(const std::wstring& path) {
-  return !path.empty() && (path.back() == L'/' || path.back() == L'\\');
+bool isOneOf(const OdString& extension, std::initializer_list<const wchar_t*> candidates) {
+  for (const wchar_t* candidate : candidates) {
+    if (extension == candidate) return true;
+  }
+  return false;
 }
 
-// Adds the directory once, with a trailing separator; `label` names the list in the trace.
-void AddDirectory(std::vector<OdString>& list, const OdString& path, const char* label) {
-  std::wstring directory = Wide(path);
-  if (directory.empty()) return;
-  if (!EndsWithSeparator(directory)) directory += L'/';
-  const OdString entry(directory);
-  if (std::find(list.begin(), list.end(), entry) != list.end()) return;
-  TraceMessage(label, entry);
-  list.push_back(entry);
-}
+bool isDrawingExtension(const OdString& extension) { return isOneOf(extension, {L".dwg", L".dxf", L".dgn"}); }
+bool isFontExtension(const OdString& extension) { return isOneOf(extension, {L".shx", L".ttf"}); }
 
-std::wstring LowerExtension(const std::wstring& name) {
-  if (name.size() < 4 || name[name.size() - 4] != L'.') return L"";
-  std::wstring ext = name.substr(name.size() - 4);
-  for (auto& c : ext) c = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
-  return ext;
-}
-
-std::wstring BareName(const std::wstring& path) {
-  const auto separator = path.find_last_of(L"/\\");
-  return separator == std::wstring::npos ? path : path.substr(separator + 1);
-}
-
-std::wstring DirectoryOf(const std::wstring& path) {
-  const auto separator = path.find_last_of(L"/\\");
-  return separator == std::wstring::npos ? std::wstring() : path.substr(0, separator + 1);
+OdString environmentValue(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? toOdString(value) : OdString();
 }
 
 }  // namespace
 
+OdString LowerExtensionOf(const OdString& name) {
+  const std::wstring& text = name.str();
+  if (text.size() < 4 || text[text.size() - 4] != L'.') return OdString();
+  std::wstring extension = text.substr(text.size() - 4);
+  for (auto& c : extension) c = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
+  return OdString(extension);
+}
+
 MyServices& TheServices() {
   static MyServices services;
   return services;
-}
-
-void MyServices::AddToXPath(const OdString& path) { AddDirectory(xrefPaths, path, "Add to XPath"); }
-
-void MyServices::AddToFontPath(const OdString& path) {
-  AddDirectory(fontPaths, path, "Add to fontPath");
-}
-
-void MyServices::SetXrefPaths(const OdString& list) {
-  xrefPaths.clear();
-  std::vector<std::string> pieces;
-  std::string utf8;
-  SplitAny(pieces, OdStringToUtf8(utf8, list), ";");
-  for (const auto& piece : pieces) AddToXPath(OdString(odDecodeUtf8(piece.data(), piece.size())));
-}
-
-void MyServices::SetFontPaths(const OdString& list) {
-  fontPaths.clear();
-  std::vector<std::string> pieces;
-  std::string utf8;
-  SplitAny(pieces, OdStringToUtf8(utf8, list), ";");
-  for (const auto& piece : pieces) AddToFontPath(OdString(odDecodeUtf8(piece.data(), piece.size())));
 }
 
 void MyServices::SetRepoMode(bool flag) {
@@ -82,83 +49,102 @@ void MyServices::SetRepoMode(bool flag) {
 
 void MyServices::AddStandardDirectories(const OdString& cwd, const OdString& inputPath,
                                         const OdString& programPath) {
-  for (const OdString* path : {&cwd, &inputPath, &programPath}) {
-    const std::wstring directory = DirectoryOf(Wide(*path));
-    if (!directory.empty()) AddToXPath(OdString(directory));
-  }
+  for (const OdString* path : {&cwd, &inputPath, &programPath}) AddToXPath(DirectoryPart(*path));
 }
 
 void MyServices::AddEnvironmentPaths() {
   for (const char* variable : {"ACAD", "ACADFONT"}) {
-    const char* value = std::getenv(variable);
-    const std::string text = value ? value : "";
-    TraceMessage(std::string(variable).append(" path").c_str(), text);
-    std::vector<std::string> pieces;
-    SplitAny(pieces, text, ";");
-    for (const auto& piece : pieces) AddToFontPath(OdString(odDecodeUtf8(piece.data(), piece.size())));
+    const OdString value = environmentValue(variable);
+    TraceMessage((std::string(variable) + " path").c_str(), value);
+    fontPaths.AddAll(value);
   }
 }
 
-OdString MyServices::findFile(const OdString& fileName, OdDbDatabase* database, int hint) {
+OdString MyServices::KitSearch(const OdString& path) {
+  const OdString found = OdDbHostAppServices::findFile(path);
+  if (!found.isEmpty()) g_LastFoundFile = found;
+  return found;
+}
+
+OdString MyServices::findFile(const OdString& fileName, OdDbDatabase*, int hint) {
   if (fileName.isEmpty()) return fileName;
-  std::wstring name = Wide(fileName);
-  std::replace(name.begin(), name.end(), L'\\', L'/');
-  OdString found = OdDbHostAppServices::findFile(OdString(name), database, hint);
+  OdString name = fileName;
+  name.replace(L'\\', L'/');
+  OdString found = KitSearch(name);
   if (!found.isEmpty()) return found;
   TraceMessage("-------------------------------------");
-  std::wstring bare = BareName(name);
-  if (LowerExtension(bare).empty()) {
+
+  OdString bare = BareFileName(name);
+  if (LowerExtensionOf(bare).isEmpty()) {
     if (hint == kTrueTypeFontFile) bare += L".ttf";
     if (hint == kCompiledShapeFile) bare += L".shx";
   }
-  TraceMessage("Checking File", OdString(bare));
-  found = OdDbHostAppServices::findFile(OdString(bare), database, hint);
+  TraceMessage("Checking File", bare);
+  found = KitSearch(bare);
   if (!found.isEmpty()) return found;
-  TraceMessage("File Not Found", OdString(bare));
-  const std::wstring ext = LowerExtension(bare);
-  const bool isDrawing = ext == L".dwg" || ext == L".dxf" || ext == L".dgn";
-  const bool isFont = ext == L".shx" || ext == L".ttf";
-  if (!isDrawing && !isFont) TraceMessage("*** No extension found");
-  if (isDrawing || !isFont) found = FindDrawing(OdString(bare), isDrawing);
-  if (found.isEmpty() && (isFont || !isDrawing)) found = FindFont(OdString(bare), isFont);
+  TraceMessage("File Not Found", bare);
+
+  const OdString extension = LowerExtensionOf(bare);
+  bool isDrawing = isDrawingExtension(extension);
+  bool isFont = isFontExtension(extension);
+  const bool hasDrawingExtension = isDrawing;
+  const bool hasFontExtension = isFont;
+  if (!isDrawing && !isFont) {
+    TraceMessage("*** No extension found");
+    isDrawing = isFont = true;
+  }
+  if (isDrawing) found = FindDrawing(bare, hasDrawingExtension);
+  if (found.isEmpty() && isFont) found = FindFont(bare, hasFontExtension);
   TraceMessage(found.isEmpty() ? "File Not Found" : "File Found");
   return found;
 }
 
+// Names are looked up in one encoding on this system; the traces of the three forms a name can
+// take elsewhere are kept, so that logs read the same wherever the program ran.
 OdString MyServices::FindDrawing(const OdString& bareName, bool hasDrawingExtension) {
-  for (const OdString& directory : xrefPaths) {
-    const std::wstring joined = Wide(directory) + Wide(bareName);
-    TraceMessage("Checking newPath", OdString(joined));
-    std::vector<std::wstring> candidates{joined};
-    if (!hasDrawingExtension) {
-      for (const wchar_t* ext : {L".dwg", L".dxf", L".dgn"}) candidates.push_back(joined + ext);
+  for (const OdString& directory : xrefPaths.Directories()) {
+    const OdString joined = directory + bareName;
+    TraceMessage("Checking newPath", joined);
+    OdString found = KitSearch(joined);
+    if (found.isEmpty()) {
+      TraceMessage("Checking nPath as UTF8", joined);
+      TraceMessage("Checking nPath as Unicode", joined);
     }
-    for (const auto& candidate : candidates) {
-      const OdString found = OdDbHostAppServices::findFile(OdString(candidate));
-      if (found.isEmpty()) continue;
-      TraceMessage("Found XRef", found);
-      return found;
+    if (found.isEmpty() && !hasDrawingExtension) {
+      for (const wchar_t* extension : {L".dwg", L".dxf", L".dgn"}) {
+        found = KitSearch(joined + extension);
+        if (!found.isEmpty()) break;
+      }
     }
+    if (found.isEmpty()) continue;
+    TraceMessage("Found XRef", found);
+    return found;
   }
   return OdString();
 }
 
 OdString MyServices::FindFont(const OdString& bareName, bool hasFontExtension) {
-  TraceMessage("Font Path Count", static_cast<int>(fontPaths.size()));
-  for (size_t i = 0; i < fontPaths.size(); ++i) {
-    TraceMessage("Check Font Path Item #", static_cast<int>(i));
-    TraceMessage("   Path", fontPaths[i]);
-    const std::wstring joined = Wide(fontPaths[i]) + Wide(bareName);
-    TraceMessage("Checking", OdString(joined));
-    std::vector<std::wstring> candidates{joined};
-    if (!hasFontExtension) {
-      candidates.push_back(joined + L".shx");
-      candidates.push_back(joined + L".ttf");
-    }
-    for (const auto& candidate : candidates) {
-      const OdString found = OdDbHostAppServices::findFile(OdString(candidate));
-      if (found.isEmpty()) continue;
+  TraceMessage("Font Path Count", fontPaths.Count());
+  for (int i = 0; i < fontPaths.Count(); ++i) {
+    const OdString& directory = fontPaths.Directories()[static_cast<std::size_t>(i)];
+    TraceMessage("Check Font Path Item #", i);
+    TraceMessage("   Path", directory);
+    const OdString joined = directory + bareName;
+    TraceMessage("Checking", joined);
+    OdString found = KitSearch(joined);
+    if (!found.isEmpty()) {
       TraceMessage("Found Font", found);
+      return found;
+    }
+    if (hasFontExtension) continue;
+    found = KitSearch(joined + L".shx");
+    if (!found.isEmpty()) {
+      TraceMessage("Found Font", found);
+      return found;
+    }
+    found = KitSearch(joined + L".ttf");
+    if (!found.isEmpty()) {
+      TraceMessage("Found TTF Font", found);
       return found;
     }
   }

@@ -1,10 +1,22 @@
-// The host application's services as the kit sees them: the application overrides findFile to
-// say where fonts, external references and plot styles live.
+// The host application's services as the kit sees them: where files a drawing names are found,
+// how drawing files are read and recovered into databases, and the progress meter the kit drives
+// while it loads. The application derives from this class and overrides findFile to say where
+// fonts, external references and plot styles live.
 #pragma once
 
-#include "kit/base/OdString.h"
+#include <cstddef>
 
-class OdDbDatabase;
+#include "kit/base/OdString.h"
+#include "kit/db/OdDbDatabase.h"
+
+class OdDbHostAppProgressMeter;
+
+// What a recovery found and did.
+struct OdDbAuditInfo {
+  bool fixErrors = false;
+  std::size_t numErrors = 0;  // problems the reader met
+  std::size_t numFixes = 0;   // of those, the ones repaired (all of them with fixErrors)
+};
 
 class OdDbHostAppServices {
 public:
@@ -13,8 +25,22 @@ public:
 
   virtual ~OdDbHostAppServices() = default;
 
-  // The kit's own search: the name as given, absolute or relative to the current directory.
-  // Returns the path when a regular file is there, else an empty string.
+  // The kit's own search: the name as given, absolute or relative to the current directory; when
+  // no file has that exact name, the one file of the same directory whose name differs only in
+  // the case of ASCII letters (drawings made on other systems name their files loosely).
+  // Returns the path found, else an empty string.
   virtual OdString findFile(const OdString& fileName, OdDbDatabase* database = nullptr,
                             int hint = kDefault);
+
+  // Reads a DWG or DXF file into a new database. Every load reads the whole file, so a partial
+  // load is a whole one. Throws OdError when the file cannot be read as it is.
+  virtual OdDbDatabasePtr readFile(const OdString& path, bool partialLoad = false);
+  // Reads a damaged file as far as it can be read. The audit record, when given, receives the
+  // number of problems found and fixed. Throws OdError only when nothing of a drawing can be read.
+  virtual OdDbDatabasePtr recoverFile(const OdString& path, OdDbAuditInfo* auditInfo = nullptr);
+  // A new database holding the standard records, for importers to fill.
+  virtual OdDbDatabasePtr createDatabase();
+
+  // The meter that loads report to, or null for none.
+  virtual OdDbHostAppProgressMeter* progressMeter() { return nullptr; }
 };
