@@ -1,5 +1,6 @@
 #include "services/DwfLayerFix.h"
 
+#include <cctype>
 #include <fstream>
 #include <iostream>
 #include <sstream>
