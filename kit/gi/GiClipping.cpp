@@ -1,0 +1,145 @@
+#include "kit/gi/GiClipping.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "kit/gi/GiPolygonHoles.h"
+
+namespace gi {
+
+bool clipLineToBox(const OdGePoint3d& p0, const OdGePoint3d& p1, const OdGeExtents3d& box, double& t0, double& t1) {
+  double d[2] = {p1.x - p0.x, p1.y - p0.y};
+  double s[2] = {p0.x, p0.y};
+  double lo[2] = {box.minPoint.x, box.minPoint.y};
+  double hi[2] = {box.maxPoint.x, box.maxPoint.y};
+  for (int axis = 0; axis < 2; ++axis) {
+    if (d[axis] == 0.0) {
+      if (s[axis] < lo[axis] || s[axis] > hi[axis]) return false;
+      continue;
+    }
+    double a = (lo[axis] - s[axis]) / d[axis];
+    double b = (hi[axis] - s[axis]) / d[axis];
+    if (a > b) std::swap(a, b);
+    t0 = std::max(t0, a);
+    t1 = std::min(t1, b);
+    if (t0 > t1) return false;
+  }
+  return std::isfinite(t0) && std::isfinite(t1);
+}
+
+namespace {
+
+OdGePoint3d lerp(const OdGePoint3d& a, const OdGePoint3d& b, double t) { return a + (b - a) * t; }
+
+// Parameters along a -> b where the segment crosses clip edges, sorted.
+void crossings(const OdGePoint3d& a, const OdGePoint3d& b, const std::vector<OdGePoint2d>& clip,
+               std::vector<double>& ts) {
+  ts.clear();
+  double dx = b.x - a.x, dy = b.y - a.y;
+  for (size_t i = 0; i < clip.size(); ++i) {
+    const OdGePoint2d& c = clip[i];
+    const OdGePoint2d& e = clip[(i + 1) % clip.size()];
+    double ex = e.x - c.x, ey = e.y - c.y;
+    double denom = dx * ey - dy * ex;
+    if (denom == 0.0) continue;
+    double t = ((c.x - a.x) * ey - (c.y - a.y) * ex) / denom;
+    double u = ((c.x - a.x) * dy - (c.y - a.y) * dx) / denom;
+    if (t > 0.0 && t < 1.0 && u >= 0.0 && u <= 1.0) ts.push_back(t);
+  }
+  std::sort(ts.begin(), ts.end());
+}
+
+}  // namespace
+
+std::vector<std::vector<OdGePoint3d>> clipPolyline(const std::vector<OdGePoint3d>& points,
+                                                   const std::vector<OdGePoint2d>& clip) {
+  std::vector<std::vector<OdGePoint3d>> pieces;
+  if (clip.size() < 3 || points.empty()) return pieces;
+  if (points.size() == 1) {
+    if (pointInPolygon(points[0].to2d(), clip)) pieces.push_back(points);
+    return pieces;
+  }
+  std::vector<OdGePoint3d> current;
+  std::vector<double> ts;
+  for (size_t i = 0; i + 1 < points.size(); ++i) {
+    const OdGePoint3d& a = points[i];
+    const OdGePoint3d& b = points[i + 1];
+    crossings(a, b, clip, ts);
+    double prev = 0.0;
+    ts.push_back(1.0);
+    for (double t : ts) {
+      OdGePoint3d mid = lerp(a, b, 0.5 * (prev + t));
+      bool inside = pointInPolygon(mid.to2d(), clip);
+      if (inside) {
+        OdGePoint3d from = lerp(a, b, prev);
+        if (current.empty()) current.push_back(from);
+        current.push_back(t == 1.0 ? b : lerp(a, b, t));
+      } else if (!current.empty()) {
+        pieces.push_back(std::move(current));
+        current.clear();
+      }
+      prev = t;
+    }
+  }
+  if (!current.empty()) pieces.push_back(std::move(current));
+  return pieces;
+}
+
+std::vector<OdGePoint3d> clipPolygon(const std::vector<OdGePoint3d>& points, const std::vector<OdGePoint2d>& clip) {
+  std::vector<OdGePoint3d> result = points;
+  if (clip.size() < 3) return result;
+  if (result.size() > 1 && result.front() == result.back()) result.pop_back();
+  // Clip edges taken counter-clockwise so that "inside" is to the left of each edge.
+  std::vector<OdGePoint2d> ccw = clip;
+  if (signedArea(ccw) < 0.0) std::reverse(ccw.begin(), ccw.end());
+  for (size_t i = 0; i < ccw.size() && !result.empty(); ++i) {
+    const OdGePoint2d& c = ccw[i];
+    const OdGePoint2d& e = ccw[(i + 1) % ccw.size()];
+    auto side = [&](const OdGePoint3d& p) { return (e.x - c.x) * (p.y - c.y) - (e.y - c.y) * (p.x - c.x); };
+    std::vector<OdGePoint3d> next;
+    next.reserve(result.size() + 4);
+    for (size_t k = 0; k < result.size(); ++k) {
+      const OdGePoint3d& p = result[k];
+      const OdGePoint3d& q = result[(k + 1) % result.size()];
+      double sp = side(p), sq = side(q);
+      if (sp >= 0.0) next.push_back(p);
+      if ((sp >= 0.0) != (sq >= 0.0)) next.push_back(lerp(p, q, sp / (sp - sq)));
+    }
+    result = std::move(next);
+  }
+  if (result.size() < 3) result.clear();
+  return result;
+}
+
+BoxRelation boxRelation(const OdGeExtents3d& box, const std::vector<OdGePoint2d>& clip) {
+  if (clip.size() < 3 || !box.isValidExtents()) return BoxRelation::kOutside;
+  OdGeExtents3d clipBox;
+  for (const OdGePoint2d& p : clip) clipBox.addPoint({p.x, p.y, 0.0});
+  if (box.maxPoint.x < clipBox.minPoint.x || box.minPoint.x > clipBox.maxPoint.x ||
+      box.maxPoint.y < clipBox.minPoint.y || box.minPoint.y > clipBox.maxPoint.y) {
+    return BoxRelation::kOutside;
+  }
+  OdGePoint2d corners[4] = {{box.minPoint.x, box.minPoint.y}, {box.maxPoint.x, box.minPoint.y},
+                            {box.maxPoint.x, box.maxPoint.y}, {box.minPoint.x, box.maxPoint.y}};
+  for (const OdGePoint2d& c : corners) {
+    if (!pointInPolygon(c, clip)) return BoxRelation::kCrossing;
+  }
+  // All corners inside: inside unless a clip vertex pokes into the box.
+  for (const OdGePoint2d& p : clip) {
+    if (p.x > box.minPoint.x && p.x < box.maxPoint.x && p.y > box.minPoint.y && p.y < box.maxPoint.y) {
+      return BoxRelation::kCrossing;
+    }
+  }
+  return BoxRelation::kInside;
+}
+
+double matrixScale(const OdGeMatrix3d& m) {
+  double s = 0.0;
+  for (int c = 0; c < 3; ++c) {
+    double len = std::sqrt(m.entry[0][c] * m.entry[0][c] + m.entry[1][c] * m.entry[1][c] + m.entry[2][c] * m.entry[2][c]);
+    s = std::max(s, len);
+  }
+  return s;
+}
+
+}  // namespace gi

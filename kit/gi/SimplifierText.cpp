@@ -1,0 +1,64 @@
+// Texts broken into the strokes of a stroke font: each glyph's lines and arcs are placed along
+// the text's direction and up vectors; under- and overlines are drawn as lines.
+#include <cmath>
+
+#include "kit/gi/GiTessellation.h"
+#include "kit/gi/OdGiGeometrySimplifier.h"
+#include "kit/gi/StrokeFont.h"
+#include "kit/gi/TextCodes.h"
+
+namespace {
+
+const gi::Glyph* glyphFor(const gi::StrokeFont* font, char32_t ch) {
+  const gi::Glyph* glyph = font ? font->glyph(ch) : nullptr;
+  if (!glyph && ch != U' ') {
+    if (const gi::StrokeFont* fallback = gi::fallbackStrokeFont()) glyph = fallback->glyph(ch);
+  }
+  return glyph;
+}
+
+}  // namespace
+
+void OdGiGeometrySimplifier::textProc(const OdGePoint3d& position, const OdGeVector3d& direction,
+                                      const OdGeVector3d& upVector, const OdChar* msg, int32_t numChars, bool raw,
+                                      const OdGiTextStyle* textStyle, const OdGeVector3d*) {
+  OdGiTextStyle defaultStyle;
+  const OdGiTextStyle& style = textStyle ? *textStyle : defaultStyle;
+  const gi::StrokeFont* font = gi::strokeFontFor(style);
+  double height = upVector.length();
+  if (!(height > 0.0) || !std::isfinite(height) || direction.isZeroLength()) return;
+  // Glyph units are text heights: the deviation shrinks accordingly.
+  double glyphDeviation = deviation(kOdGiMaxDevForCurve, position) / height;
+  double spaceAdvance = font ? font->wordSpacing() : 0.75;
+  std::vector<gi::DecodedChar> chars = gi::decodeTextCodes(msg, numChars, raw);
+  auto at = [&](double x, double y) { return position + direction * x + upVector * y; };
+  double cursor = 0.0;
+  std::vector<OdGePoint3d> points;
+  std::vector<OdGePoint2d> flat;
+  for (size_t i = 0; i < chars.size() && i < 100000; ++i) {
+    const gi::DecodedChar& c = chars[i];
+    const gi::Glyph* glyph = glyphFor(font, c.ch);
+    double advance = glyph ? glyph->advance : spaceAdvance;
+    if (glyph) {
+      for (const auto& stroke : glyph->strokes) {
+        flat.assign(1, stroke.front().point);
+        for (size_t k = 1; k < stroke.size(); ++k) {
+          gi::tessellateBulge(stroke[k - 1].point, stroke[k].point, stroke[k].bulge, glyphDeviation, flat);
+        }
+        points.clear();
+        for (const OdGePoint2d& p : flat) points.push_back(at(cursor + p.x, p.y));
+        polylineOut(int32_t(points.size()), points.data());
+      }
+    }
+    if (c.underline || c.overline) {
+      double y = c.underline ? -0.2 : 1.2;
+      OdGePoint3d line[2] = {at(cursor, y), at(cursor + advance, y)};
+      polylineOut(2, line);
+      if (c.underline && c.overline) {
+        OdGePoint3d over[2] = {at(cursor, 1.2), at(cursor + advance, 1.2)};
+        polylineOut(2, over);
+      }
+    }
+    cursor += advance;
+  }
+}

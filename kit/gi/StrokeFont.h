@@ -1,0 +1,56 @@
+// Stroke fonts for drawing text as lines: LibreCAD's LFF fonts (Debian's librecad-data), which
+// stand in for SHX fonts and cover the %%c, %%d and %%p symbols. Glyph coordinates are in units of
+// the capital height (1.0 = the text height).
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kit/base/Geometry.h"
+
+class OdGiTextStyle;
+
+namespace gi {
+
+struct GlyphVertex {
+  OdGePoint2d point;
+  double bulge = 0.0;  // of the arc from the previous vertex to this one
+};
+
+struct Glyph {
+  std::vector<std::vector<GlyphVertex>> strokes;
+  double advance = 0.0;  // from this glyph's origin to the next one's
+};
+
+class StrokeFont {
+public:
+  // Reads an LFF file; an unreadable file gives a font without glyphs.
+  static std::unique_ptr<StrokeFont> fromLffFile(const std::string& path);
+  static std::unique_ptr<StrokeFont> fromLffText(std::string_view text);
+
+  // The glyph of a character, or null when the font lacks it.
+  const Glyph* glyph(char32_t ch) const;
+  double wordSpacing() const { return wordSpacing_; }
+  bool empty() const { return glyphs_.empty(); }
+
+private:
+  void parse(std::string_view text);
+
+  std::map<char32_t, Glyph> glyphs_;
+  double wordSpacing_ = 0.75;
+  double letterSpacing_ = 1.0 / 3.0;
+};
+
+// The folders searched for stroke fonts; the system's LibreCAD font folder unless set.
+void setStrokeFontDirectories(std::vector<std::string> directories);
+
+// The stroke font standing in for a text style's font: the LFF font of the same name (romans.shx
+// becomes romans.lff), else the standard font. Null only when no font can be found at all.
+const StrokeFont* strokeFontFor(const OdGiTextStyle& style);
+// A font that has glyphs for nearly every character, used for characters the style's font lacks.
+const StrokeFont* fallbackStrokeFont();
+
+}  // namespace gi
