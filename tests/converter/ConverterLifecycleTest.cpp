@@ -164,21 +164,6 @@ TEST(ConverterSettings, LayerListsSizesAndTexts) {
   converter.SetOutputFile("\xE2\x82\xAC.svg");
   EXPECT_EQ(converter.GetInputFile().str(), L"pl\u00E4n.dwg");
   EXPECT_EQ(converter.GetOutputFile().str(), L"\u20AC.svg");
-
-  OdString fontPath(L"unchanged");
-  EXPECT_FALSE(converter.GetFontPath(fontPath));
-  EXPECT_TRUE(fontPath.isEmpty());
-  converter.SetFontPath(OdString(L"/fonts"));
-  EXPECT_TRUE(converter.GetFontPath(fontPath));
-  EXPECT_EQ(fontPath.str(), L"/fonts");
-
-  converter.SetDefaultFont(OdString(L"Caf\u00E9"));
-  EXPECT_EQ(std::string(converter.GetDefaultFont().c_str()), "Caf\xE9");  // the narrow code page
-
-  converter.SetTrace(2);
-  EXPECT_TRUE(IsTraceEnabled());
-  converter.SetTrace(0);
-  EXPECT_FALSE(IsTraceEnabled());
 }
 
 }  // namespace

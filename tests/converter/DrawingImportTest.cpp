@@ -252,20 +252,4 @@ TEST(DrawingImport, DwfImportsTheRepairedCopyAndRemovesIt) {
   EXPECT_FALSE(g_DwfImported);
 }
 
-TEST(DrawingImport, TreatAsForcesTheImportRoute) {
-  RegisteredImporter<FakeDwfImporter> module("TD_Dwf7Import");
-  Scratch scratch;
-  CDm2017 converter;
-  converter.SetTreatAs(1000);
-  CapturedOutput out;
-  EXPECT_EQ(converter.ReadInputFile(Wide(scratch.write("plan.dxf", "(DWF V00.55)"))), 0);
-  EXPECT_EQ(converter.GetInputKind(), 1000);
-
-  CDm2017 dgn;
-  dgn.SetTreatAs(1018);
-  out.clear();
-  EXPECT_EQ(dgn.ReadInputFile(Wide(kSampleDxf)), -1);
-  EXPECT_EQ(out.text(), "Could not create DGN Importer\n");
-}
-
 }  // namespace

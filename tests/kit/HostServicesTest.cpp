@@ -1,5 +1,5 @@
 // The kit's host side: which reader a file reaches, how the services read, recover and find
-// files, the writers' dispatch, the importer registry and the assertion hook.
+// files, and the writers' dispatch.
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -12,8 +12,6 @@
 #include "kit/dxf/DxfReader.h"
 #include "kit/host/DrawingFileReaders.h"
 #include "kit/host/OdDbHostAppServices.h"
-#include "kit/host/OdImportModules.h"
-#include "kit/host/OdKit.h"
 #include "kit/host/ProgressMeter.h"
 
 namespace fs = std::filesystem;
@@ -175,81 +173,6 @@ TEST_F(HostFiles, NewDatabasesHoldTheStandardRecords) {
   EXPECT_NE(db->modelSpace(), nullptr);
   EXPECT_NE(db->linetypeContinuous(), nullptr);
   EXPECT_NE(services.createDatabase(), db);
-}
-
-TEST(ImportModules, ImportersExistOnlyForRegisteredModules) {
-  struct NullImporter : OdDbImporter {
-    int import() override { return kImportOk; }
-  };
-  EXPECT_EQ(odLoadImporter("TD_TestImport"), nullptr);
-  odRegisterImportModule("TD_TestImport", [] { return std::make_unique<NullImporter>(); });
-  auto first = odLoadImporter("TD_TestImport");
-  auto second = odLoadImporter("TD_TestImport");
-  ASSERT_NE(first, nullptr);
-  EXPECT_NE(first.get(), second.get());  // a fresh importer per load
-  odRegisterImportModule("TD_TestImport", nullptr);
-  EXPECT_EQ(odLoadImporter("TD_TestImport"), nullptr);
-  odUnregisterImportModule("TD_TestImport");
-  EXPECT_EQ(odLoadImporter("TD_TestImport"), nullptr);
-}
-
-TEST(ImportModules, PropertiesKeepFirstPlaceAndLastValue) {
-  OdImportProperties properties;
-  properties.putAt("Mode", std::uint8_t{1});
-  properties.putAt("Path", OdString(L"a.dgn"));
-  properties.putAt("Mode", std::uint8_t{0});
-  ASSERT_EQ(properties.entries().size(), 2u);
-  EXPECT_EQ(properties.entries()[0].first, "Mode");
-  ASSERT_NE(properties.getAs<std::uint8_t>("Mode"), nullptr);
-  EXPECT_EQ(*properties.getAs<std::uint8_t>("Mode"), 0);
-  EXPECT_EQ(properties.getAs<int>("Mode"), nullptr);  // an 8-bit value is not an int
-  EXPECT_EQ(properties.getAt("mode"), nullptr);       // names are exact
-}
-
-TEST(ImportModules, FailedImportsBecomeKitErrors) {
-  struct Case {
-    int result;
-    OdResult code;
-  };
-  const Case cases[] = {{kImportCantOpenFile, eCantOpenFile},
-                        {kImportInvalidFile, eNotDrawingFile},
-                        {kImportBadPassword, eInvalidInput},
-                        {kImportDecryptionError, eInvalidInput},
-                        {kImportFailed, eInvalidDrawing},
-                        {77, eInvalidDrawing}};
-  for (const Case& c : cases) EXPECT_EQ(odImportError(c.result).code(), c.code) << c.result;
-  EXPECT_NE(std::wstring(odImportError(77).description().c_str()).find(L"77"), std::wstring::npos);
-}
-
-TEST(KitLifecycle, StartStopModulesAndAssertions) {
-  OdDbHostAppServices services;
-  odInitialize(&services);
-  odgsInitialize();
-  EXPECT_TRUE(odIsInitialized());
-  EXPECT_EQ(odHostAppServices(), &services);
-  odgsUninitialize();
-  odUninitialize();
-  EXPECT_FALSE(odgsIsInitialized());
-  EXPECT_FALSE(odIsInitialized());
-  EXPECT_EQ(odHostAppServices(), nullptr);
-
-  const size_t before = odStaticModules().size();
-  odRegisterStaticModule("TestModuleA");
-  odRegisterStaticModule("TestModuleA");
-  EXPECT_EQ(odStaticModules().size(), before + 1);
-  EXPECT_TRUE(odIsModuleRegistered("TestModuleA"));
-
-  static std::string reported;
-  odSetAssertFunc([](const char* expression, const char* file, int line) {
-    reported = std::string(expression) + "@" + fs::path(file).filename().string() + ":" + std::to_string(line);
-  });
-  const int value = 2;
-  ODA_ASSERT(value == 2);
-  EXPECT_EQ(reported, "");
-  ODA_ASSERT(value == 3);
-  EXPECT_EQ(reported.substr(0, reported.find(':')), "value == 3@HostServicesTest.cpp");
-  odSetAssertFunc(nullptr);
-  ODA_ASSERT(value == 4);  // no handler: nothing happens
 }
 
 }  // namespace

@@ -198,15 +198,6 @@ TEST_F(Lookup, EnvironmentFontPaths) {
             "more/kanji.shx");
 }
 
-TEST_F(Lookup, RepositoryModeIsProcessWide) {
-  MyServices services;
-  services.SetRepoMode(true);
-  EXPECT_TRUE(g_RepoMode);
-  services.SetRepoMode(false);
-  EXPECT_FALSE(g_RepoMode);
-  EXPECT_NE(Out().find("REPO Mode: 1\nREPO Mode: 0\n"), std::string::npos);
-}
-
 TEST_F(Lookup, DgnReferencesAndResources) {
   Touch("xrefs/base.dgn");
   Touch("xrefs/cell.rsc");
