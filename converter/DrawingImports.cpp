@@ -9,9 +9,9 @@
 #include <string>
 
 #include "converter/CDm2017.h"
+#include "converter/LoadingSupport.h"
 #include "kit/host/DrawingFileReaders.h"
 #include "kit/host/OdImportModules.h"
-#include "kit/host/OdKit.h"
 #include "projects/common/CommonRoutines.h"
 #include "projects/common/ProgramInfo.h"
 #include "services/DwfLayerFix.h"
@@ -22,11 +22,6 @@
 namespace {
 
 constexpr int kInputKindDwf = 1000;
-
-OdDbHostAppServices& HostServices() {
-  OdDbHostAppServices* services = odHostAppServices();
-  return services ? *services : TheServices();
-}
 
 std::string Utf8(const OdString& text) {
   std::string out;
@@ -178,11 +173,9 @@ int CDm2017::ImportDgn(const OdString& input) {
   MyDgnServices& dgn = DgnServices();
   if (!fontPath.isEmpty()) dgn.SetFontPath(fontPath);
   dgn.AddToXPath(DirectoryPart(input));
-  OdString cwd;
-  std::error_code failed;
-  const auto current = std::filesystem::current_path(failed);
-  if (!failed) cwd = toOdString(current.string() + "/");
-  for (const OdString& path : {cwd, input, toOdString(g_ProgramDirectory)}) dgn.AddToXPath(DirectoryPart(path));
+  for (const OdString& path : {CurrentDirectory(), input, toOdString(g_ProgramDirectory)}) {
+    dgn.AddToXPath(DirectoryPart(path));
+  }
 
   std::unique_ptr<OdDbImporter> importer = odLoadImporter("TD_DgnImport");
   if (!importer) {

@@ -8,20 +8,14 @@
 #include <string>
 
 #include "converter/CDm2017.h"
+#include "converter/LoadingSupport.h"
 #include "kit/base/OdError.h"
-#include "kit/host/OdKit.h"
 #include "projects/common/CommonRoutines.h"
-#include "services/MyServices.h"
 #include "services/Trace.h"
 
 namespace {
 
 const char* const kTemporaryName = "temp.dwg";
-
-OdDbHostAppServices& HostServices() {
-  OdDbHostAppServices* services = odHostAppServices();
-  return services ? *services : TheServices();
-}
 
 bool IsRegularFile(const std::string& path) {
   struct stat info {};

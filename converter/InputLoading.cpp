@@ -1,11 +1,11 @@
 // Loading the input: the search lists set up for the kit, the loader chosen by the input's
 // extension, and the tables collected at load time for the view selection and layer switching.
-#include <filesystem>
 #include <iostream>
 #include <string>
 
 #include "converter/CDm2017.h"
 #include "converter/InputRoute.h"
+#include "converter/LoadingSupport.h"
 #include "kit/base/OdError.h"
 #include "projects/common/CommonRoutines.h"
 #include "projects/common/ProgramInfo.h"
@@ -17,12 +17,6 @@ namespace {
 constexpr int kUnknownExtension = -1001;
 constexpr int kInputKindDwg = 1013;
 constexpr int kInputKindDxf = 1014;
-
-OdString CurrentDirectory() {
-  std::error_code failed;
-  const std::filesystem::path cwd = std::filesystem::current_path(failed);
-  return failed ? OdString() : toOdString(cwd.string() + "/");
-}
 
 OdString WithoutExtension(const OdString& path) {
   std::string utf8, directory, baseName, extension;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "kit/db/OdDbDatabase.h"
 
@@ -22,9 +21,6 @@ enum OdDbDwgVersion {
 
 // "AC1024" for 29 ...; empty for a number the kit does not know.
 std::string odDwgVersionName(int version);
-
-// True when the bytes begin like a DWG file: "AC" and a release code ("AC1015", "AC1.50", ...).
-bool looksLikeDwg(std::string_view firstBytes);
 
 // Reads a DWG or DXF file. Throws OdError: the readers' errors (eFileNotFound, eCantOpenFile,
 // eNotDrawingFile, ...) and eNotImplemented for DWG content while no DWG reader is linked.
