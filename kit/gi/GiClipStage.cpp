@@ -1,0 +1,212 @@
+#include "kit/gi/GiClipStage.h"
+
+#include <cmath>
+
+#include "kit/gi/GiClipping.h"
+#include "kit/gi/GiPolygonHoles.h"
+
+void GiClipStage::pushBoundary(std::vector<OdGePoint2d> boundary) {
+  if (boundary.size() > 1 && boundary.front() == boundary.back()) boundary.pop_back();
+  boundaries_.push_back(std::move(boundary));
+}
+
+void GiClipStage::popBoundary() {
+  if (!boundaries_.empty()) boundaries_.pop_back();
+}
+
+GiClipStage::Where GiClipStage::locate(const OdGeExtents3d& box) const {
+  if (!box.isValidExtents()) return Where::kOutside;
+  bool crossing = false;
+  for (const auto& boundary : boundaries_) {
+    gi::BoxRelation relation = gi::boxRelation(box, boundary);
+    if (relation == gi::BoxRelation::kOutside) return Where::kOutside;
+    if (relation == gi::BoxRelation::kCrossing) crossing = true;
+  }
+  return crossing ? Where::kCrossing : Where::kInside;
+}
+
+GiClipStage::Where GiClipStage::locate(int32_t numPoints, const OdGePoint3d* points) const {
+  if (boundaries_.empty()) return Where::kInside;
+  OdGeExtents3d box;
+  for (int32_t i = 0; i < numPoints; ++i) box.addPoint(points[i]);
+  return locate(box);
+}
+
+bool GiClipStage::pointInside(const OdGePoint3d& p) const {
+  for (const auto& boundary : boundaries_) {
+    if (boundary.size() < 3 || !gi::pointInPolygon(p.to2d(), boundary)) return false;
+  }
+  return true;
+}
+
+// ---- Point lists: cut where they cross ----------------------------------------------------------
+
+void GiClipStage::polylineOut(int32_t numPoints, const OdGePoint3d* vertexList) {
+  if (!dest_ || numPoints <= 0) return;
+  std::vector<std::vector<OdGePoint3d>> pieces = {std::vector<OdGePoint3d>(vertexList, vertexList + numPoints)};
+  for (const auto& boundary : boundaries_) {
+    std::vector<std::vector<OdGePoint3d>> next;
+    for (const auto& piece : pieces) {
+      for (auto& cut : gi::clipPolyline(piece, boundary)) next.push_back(std::move(cut));
+    }
+    pieces = std::move(next);
+  }
+  for (const auto& piece : pieces) dest_->polylineProc(int32_t(piece.size()), piece.data());
+}
+
+void GiClipStage::polygonOut(int32_t numPoints, const OdGePoint3d* vertexList) {
+  if (!dest_ || numPoints <= 0) return;
+  std::vector<OdGePoint3d> area(vertexList, vertexList + numPoints);
+  for (const auto& boundary : boundaries_) {
+    area = gi::clipPolygon(area, boundary);
+    if (area.empty()) return;
+  }
+  dest_->polygonProc(int32_t(area.size()), area.data());
+}
+
+void GiClipStage::polylineProc(int32_t numPoints, const OdGePoint3d* vertexList, const OdGeVector3d* normal,
+                               const OdGeVector3d* extrusion, int64_t marker) {
+  switch (locate(numPoints, vertexList)) {
+    case Where::kInside:
+      if (dest_) dest_->polylineProc(numPoints, vertexList, normal, extrusion, marker);
+      return;
+    case Where::kOutside: return;
+    case Where::kCrossing: polylineOut(numPoints, vertexList); return;
+  }
+}
+
+void GiClipStage::polygonProc(int32_t numPoints, const OdGePoint3d* vertexList, const OdGeVector3d* normal,
+                              const OdGeVector3d* extrusion) {
+  switch (locate(numPoints, vertexList)) {
+    case Where::kInside:
+      if (dest_) dest_->polygonProc(numPoints, vertexList, normal, extrusion);
+      return;
+    case Where::kOutside: return;
+    case Where::kCrossing: polygonOut(numPoints, vertexList); return;
+  }
+}
+
+void GiClipStage::plineProc(const OdGiPolyline& polyline, const OdGeMatrix3d* transform, uint32_t fromIndex,
+                            uint32_t numSegs) {
+  if (boundaries_.empty()) {
+    if (dest_) dest_->plineProc(polyline, transform, fromIndex, numSegs);
+    return;
+  }
+  // Broken into lines and outlines, which polylineProc and polygonProc then locate.
+  OdGiGeometrySimplifier::plineProc(polyline, transform, fromIndex, numSegs);
+}
+
+// ---- Whole primitives: pass, drop, or break down ------------------------------------------------
+
+void GiClipStage::meshProc(int32_t numRows, int32_t numColumns, const OdGePoint3d* vertexList,
+                           const OdGiEdgeData* edgeData, const OdGiFaceData* faceData,
+                           const OdGiVertexData* vertexData) {
+  if (numRows <= 0 || numColumns <= 0 || int64_t(numRows) * numColumns > (int64_t(1) << 28)) return;
+  switch (locate(numRows * numColumns, vertexList)) {
+    case Where::kInside:
+      if (dest_) dest_->meshProc(numRows, numColumns, vertexList, edgeData, faceData, vertexData);
+      return;
+    case Where::kOutside: return;
+    case Where::kCrossing:
+      OdGiGeometrySimplifier::meshProc(numRows, numColumns, vertexList, edgeData, faceData, vertexData);
+      return;
+  }
+}
+
+void GiClipStage::shellProc(int32_t numVertices, const OdGePoint3d* vertexList, int32_t faceListSize,
+                            const int32_t* faceList, const OdGiEdgeData* edgeData, const OdGiFaceData* faceData,
+                            const OdGiVertexData* vertexData) {
+  switch (locate(numVertices, vertexList)) {
+    case Where::kInside:
+      if (dest_) dest_->shellProc(numVertices, vertexList, faceListSize, faceList, edgeData, faceData, vertexData);
+      return;
+    case Where::kOutside: return;
+    case Where::kCrossing:
+      OdGiGeometrySimplifier::shellProc(numVertices, vertexList, faceListSize, faceList, edgeData, faceData,
+                                        vertexData);
+      return;
+  }
+}
+
+void GiClipStage::circleProc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
+                             const OdGeVector3d* extrusion) {
+  double r = std::fabs(radius);
+  OdGeExtents3d box({center.x - r, center.y - r, center.z - r}, {center.x + r, center.y + r, center.z + r});
+  Where where = boundaries_.empty() ? Where::kInside : locate(box);
+  if (where == Where::kInside && dest_) dest_->circleProc(center, radius, normal, extrusion);
+  if (where == Where::kCrossing) OdGiGeometrySimplifier::circleProc(center, radius, normal, extrusion);
+}
+
+void GiClipStage::circularArcProc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
+                                  const OdGeVector3d& startVector, double sweepAngle, OdGiArcType arcType,
+                                  const OdGeVector3d* extrusion) {
+  double r = std::fabs(radius);
+  OdGeExtents3d box({center.x - r, center.y - r, center.z - r}, {center.x + r, center.y + r, center.z + r});
+  Where where = boundaries_.empty() ? Where::kInside : locate(box);
+  if (where == Where::kInside && dest_) {
+    dest_->circularArcProc(center, radius, normal, startVector, sweepAngle, arcType, extrusion);
+  }
+  if (where == Where::kCrossing) {
+    OdGiGeometrySimplifier::circularArcProc(center, radius, normal, startVector, sweepAngle, arcType, extrusion);
+  }
+}
+
+void GiClipStage::ellipArcProc(const OdGeEllipArc3d& ellipArc, const OdGePoint3d* endPointOverrides,
+                               OdGiArcType arcType, const OdGeVector3d* extrusion) {
+  double r = std::max(ellipArc.majorRadius(), ellipArc.minorRadius());
+  const OdGePoint3d& c = ellipArc.center();
+  OdGeExtents3d box({c.x - r, c.y - r, c.z - r}, {c.x + r, c.y + r, c.z + r});
+  Where where = boundaries_.empty() ? Where::kInside : locate(box);
+  if (where == Where::kInside && dest_) dest_->ellipArcProc(ellipArc, endPointOverrides, arcType, extrusion);
+  if (where == Where::kCrossing) OdGiGeometrySimplifier::ellipArcProc(ellipArc, endPointOverrides, arcType, extrusion);
+}
+
+void GiClipStage::nurbsProc(const OdGeNurbCurve3d& nurbsCurve) {
+  const auto& cps = nurbsCurve.controlPoints();
+  // The control polygon's box holds the curve.
+  Where where = locate(int32_t(cps.size()), cps.data());
+  if (where == Where::kInside && dest_) dest_->nurbsProc(nurbsCurve);
+  if (where == Where::kCrossing) OdGiGeometrySimplifier::nurbsProc(nurbsCurve);
+}
+
+void GiClipStage::textProc(const OdGePoint3d& position, const OdGeVector3d& direction, const OdGeVector3d& upVector,
+                           const OdChar* msg, int32_t numChars, bool raw, const OdGiTextStyle* textStyle,
+                           const OdGeVector3d* extrusion) {
+  if (dest_ && pointInside(position)) {
+    dest_->textProc(position, direction, upVector, msg, numChars, raw, textStyle, extrusion);
+  }
+}
+
+void GiClipStage::shapeProc(const OdGePoint3d& position, const OdGeVector3d& direction, const OdGeVector3d& upVector,
+                            int shapeNumber, const OdGiTextStyle* textStyle, const OdGeVector3d* extrusion) {
+  if (dest_ && pointInside(position)) dest_->shapeProc(position, direction, upVector, shapeNumber, textStyle, extrusion);
+}
+
+void GiClipStage::rasterImageProc(const OdGePoint3d& origin, const OdGeVector3d& u, const OdGeVector3d& v,
+                                  const OdGiRasterImage* image, const OdGePoint2d* uvBoundary, uint32_t numBoundPts,
+                                  bool transparency, double brightness, double contrast, double fade) {
+  if (!dest_) return;
+  OdGePoint3d corners[4] = {origin, origin + u, origin + u + v, origin + v};
+  if (locate(4, corners) != Where::kOutside) {
+    dest_->rasterImageProc(origin, u, v, image, uvBoundary, numBoundPts, transparency, brightness, contrast, fade);
+  }
+}
+
+void GiClipStage::polypointProc(int32_t numPoints, const OdGePoint3d* vertexList, const OdGeVector3d* normals) {
+  if (!dest_) return;
+  if (boundaries_.empty()) {
+    dest_->polypointProc(numPoints, vertexList, normals);
+    return;
+  }
+  for (int32_t i = 0; i < numPoints; ++i) {
+    if (pointInside(vertexList[i])) dest_->polypointProc(1, vertexList + i);
+  }
+}
+
+void GiClipStage::xlineProc(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint) {
+  if (dest_) dest_->xlineProc(firstPoint, secondPoint);
+}
+
+void GiClipStage::rayProc(const OdGePoint3d& basePoint, const OdGePoint3d& throughPoint) {
+  if (dest_) dest_->rayProc(basePoint, throughPoint);
+}
