@@ -130,6 +130,18 @@ const Glyph* StrokeFont::glyph(char32_t ch) const {
   return it == glyphs_.end() ? nullptr : &it->second;
 }
 
+namespace {
+
+double glyphRight(const Glyph& glyph) {
+  double right = 0.0;
+  for (const auto& stroke : glyph.strokes) {
+    for (const GlyphVertex& v : stroke) right = std::max(right, v.point.x);
+  }
+  return right;
+}
+
+}  // namespace
+
 // ---- Font lookup -------------------------------------------------------------------------------
 
 namespace {
@@ -187,6 +199,24 @@ const StrokeFont* strokeFontFor(const OdGiTextStyle& style) {
     if (const StrokeFont* font = fonts.load(fallback)) return font;
   }
   return nullptr;
+}
+
+double measureText(const OdGiTextStyle& style, const std::u32string& chars) {
+  const StrokeFont* font = strokeFontFor(style);
+  double width = 0.0;
+  for (char32_t ch : chars) {
+    const Glyph* glyph = font ? font->glyph(ch) : nullptr;
+    if (!glyph && font && ch != U' ') {
+      if (const StrokeFont* fallback = fallbackStrokeFont()) glyph = fallback->glyph(ch);
+    }
+    width += glyph ? glyph->advance : (font ? font->wordSpacing() : 0.6);
+  }
+  // The spacing after the last glyph is not part of the text's extent.
+  if (font && !chars.empty()) {
+    const Glyph* last = font->glyph(chars.back());
+    if (last && !last->strokes.empty()) width -= last->advance - glyphRight(*last);
+  }
+  return width;
 }
 
 const StrokeFont* fallbackStrokeFont() {

@@ -53,4 +53,8 @@ const StrokeFont* strokeFontFor(const OdGiTextStyle& style);
 // A font that has glyphs for nearly every character, used for characters the style's font lacks.
 const StrokeFont* fallbackStrokeFont();
 
+// The advance of a run of characters in text heights (width factor 1), from the stroke font
+// standing in for the style; an estimate of 0.6 heights per character without any font.
+double measureText(const OdGiTextStyle& style, const std::u32string& chars);
+
 }  // namespace gi
