@@ -1,7 +1,7 @@
 // dmdump: prints a drawing database as stable text (see kit/db/DatabaseDump.h), so that two loads
 // can be compared with diff.
 //
-//   dmdump [--recover] [--summary] [--header] [--no-report] [--write-dxf out.dxf] <drawing.dxf>
+//   dmdump [--recover] [--summary] [--header] [--no-report] [--write-dxf out.dxf] <drawing.dxf|drawing.dwg>
 //
 // --write-dxf also writes the loaded drawing as DXF (its own version, or R2000 for older ones).
 #include <cstdio>
@@ -10,6 +10,7 @@
 
 #include "kit/base/OdError.h"
 #include "kit/db/DatabaseDump.h"
+#include "kit/dwg/DwgReader.h"
 #include "kit/dxf/DxfReader.h"
 #include "kit/dxf/DxfWriter.h"
 
@@ -18,7 +19,7 @@ namespace {
 int usage() {
   std::fprintf(stderr,
                "usage: dmdump [--recover] [--summary] [--header] [--no-report] [--write-dxf out.dxf] "
-               "<drawing.dxf>\n");
+               "<drawing.dxf|drawing.dwg>\n");
   return 2;
 }
 
@@ -46,7 +47,14 @@ int main(int argc, char** argv) {
   }
   if (!path) return usage();
   try {
-    OdDbDatabasePtr db = readDxfFile(path, readOptions);
+    OdDbDatabasePtr db;
+    char head[8] = {};
+    if (FILE* f = std::fopen(path, "rb")) {
+      size_t got = std::fread(head, 1, sizeof head, f);
+      std::fclose(f);
+      if (looksLikeDwg(std::string_view(head, got))) db = readDwgFile(path, DwgReadOptions{readOptions.recover});
+    }
+    if (!db) db = readDxfFile(path, readOptions);
     std::string text = dumpDatabase(*db, dumpOptions);
     std::fwrite(text.data(), 1, text.size(), stdout);
     if (dxfOut) writeDxfFile(*db, dxfOut);

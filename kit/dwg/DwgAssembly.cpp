@@ -1,0 +1,103 @@
+// After every object is read: entities go into their blocks in drawing order, vertices into
+// their polylines and attributes into their block references. Files before R2004 chain entities
+// through next links from the first to the last an owner names; later files list them all. An
+// owned object the list or chain misses, but which names the owner, is appended in handle order;
+// a chain that loops or breaks stops where it does.
+#include <algorithm>
+
+#include "kit/dwg/DwgLoader.h"
+
+namespace {
+
+bool isPlaced(DwgRole role) { return role == DwgRole::kEntity || role == DwgRole::kVertex; }
+
+}  // namespace
+
+void DwgLoader::assemble() {
+  const size_t n = map_.size();
+  const OdDbHandle modelSpace = headerHandles_.modelSpaceBlock;
+  const OdDbHandle paperSpace = headerHandles_.paperSpaceBlock;
+
+  // Children by the handle of their owner, in handle order.
+  std::unordered_map<uint64_t, std::vector<uint32_t>> children;
+  for (size_t i = 0; i < n; ++i) {
+    const DwgObjectState& s = states_[i];
+    if (s.status != 1 || !isPlaced(s.role)) continue;
+    OdDbHandle owner = s.entityMode == 2 ? modelSpace : s.entityMode == 1 ? paperSpace : s.owner;
+    if (!owner.isNull()) children[owner.value()].push_back(uint32_t(i));
+  }
+
+  std::vector<uint8_t> taken(n, 0);
+  auto ordered = [&](OdDbHandle ownerHandle, const DwgOwnedObjects* owned) {
+    std::vector<uint32_t> order;
+    auto take = [&](int64_t index) {
+      if (index < 0 || taken[size_t(index)]) return false;
+      const DwgObjectState& s = states_[size_t(index)];
+      if (s.status != 1 || !isPlaced(s.role)) return false;
+      taken[size_t(index)] = 1;
+      order.push_back(uint32_t(index));
+      return true;
+    };
+    if (owned && !owned->handles.empty()) {
+      for (OdDbHandle h : owned->handles) take(indexOf(h));
+    } else if (owned && !owned->first.isNull()) {
+      OdDbHandle h = owned->first;
+      for (size_t steps = 0; steps < n && !h.isNull(); ++steps) {
+        int64_t index = indexOf(h);
+        if (!take(index)) break;
+        if (h == owned->last) break;
+        h = states_[size_t(index)].next;
+      }
+    }
+    auto it = children.find(ownerHandle.value());
+    if (it != children.end()) {
+      for (uint32_t index : it->second) take(index);
+    }
+    return order;
+  };
+
+  // Complex entities first, so that their parts are not mistaken for block entities.
+  size_t orphanParts = 0;
+  for (size_t i = 0; i < n; ++i) {
+    DbObject* o = states_[i].object;
+    if (states_[i].status != 1 || !o) continue;
+    auto* polyline = dbCast<PolylineEntity>(o);
+    auto* reference = dbCast<BlockReferenceEntity>(o);
+    if (!polyline && !reference) continue;
+    auto owned = owned_.find(o);
+    std::vector<uint32_t> parts = ordered(o->handle, owned == owned_.end() ? nullptr : &owned->second);
+    for (uint32_t index : parts) {
+      const DwgObjectState& s = states_[index];
+      if (polyline && s.role == DwgRole::kVertex) {
+        polyline->vertices.push_back(vertices_[s.vertex]);
+      } else if (auto* attribute = dbCast<AttributeEntity>(s.object); reference && attribute) {
+        reference->attributes.push_back(attribute);
+      } else {
+        ++orphanParts;
+      }
+    }
+  }
+
+  size_t placed = 0;
+  for (BlockRecord* block : db.blocks()) {
+    auto owned = owned_.find(block);
+    std::vector<uint32_t> entities = ordered(block->handle, owned == owned_.end() ? nullptr : &owned->second);
+    block->entities.reserve(entities.size());
+    for (uint32_t index : entities) {
+      auto* e = dbCast<Entity>(states_[index].object);
+      if (!e || dbCast<AttributeEntity>(e)) continue;
+      if (e->ownerHandle.isNull()) e->ownerHandle = block->handle;
+      if (block->isPaperSpace()) e->entityFlags |= Entity::kPaperSpace;
+      block->entities.push_back(e);
+      ++placed;
+    }
+  }
+
+  size_t unplaced = 0;
+  for (size_t i = 0; i < n; ++i) {
+    if (states_[i].status == 1 && isPlaced(states_[i].role) && !taken[i]) ++unplaced;
+  }
+  if (unplaced) warn(std::to_string(unplaced) + " entities whose owner is missing were dropped");
+  if (orphanParts) warn(std::to_string(orphanParts) + " entities owned by the wrong kind of entity were dropped");
+  (void)placed;
+}

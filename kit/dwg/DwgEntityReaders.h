@@ -1,0 +1,39 @@
+// Readers of entity kinds (DwgEntities*.cpp), called by the dispatch with the frame read.
+#pragma once
+
+#include "kit/db/Entities.h"
+
+class DwgObjectContext;
+
+void readDwgLine(DwgObjectContext& c);
+void readDwgPoint(DwgObjectContext& c);
+void readDwgCircle(DwgObjectContext& c);
+void readDwgArc(DwgObjectContext& c);
+void readDwgEllipse(DwgObjectContext& c);
+void readDwgRay(DwgObjectContext& c);
+void readDwgXLine(DwgObjectContext& c);
+void readDwgSolid(DwgObjectContext& c);
+void readDwgTrace(DwgObjectContext& c);
+void readDwgFace(DwgObjectContext& c);
+void readDwgLwPolyline(DwgObjectContext& c);
+void readDwgSpline(DwgObjectContext& c);
+// The B-spline part SPLINE and HELIX share.
+void readDwgSplineData(DwgObjectContext& c, SplineData& s);
+
+void readDwgBlockBegin(DwgObjectContext& c);
+void readDwgBlockEnd(DwgObjectContext& c);
+void readDwgSequenceEnd(DwgObjectContext& c);
+void readDwgInsert(DwgObjectContext& c);
+void readDwgMInsert(DwgObjectContext& c);
+void readDwgPolyline2d(DwgObjectContext& c);
+void readDwgPolyline3d(DwgObjectContext& c);
+void readDwgPolyfaceMesh(DwgObjectContext& c);
+void readDwgPolygonMesh(DwgObjectContext& c);
+void readDwgVertex2d(DwgObjectContext& c);
+void readDwgVertex3d(DwgObjectContext& c);
+void readDwgFaceRecord(DwgObjectContext& c);
+
+void readDwgText(DwgObjectContext& c);
+void readDwgAttribute(DwgObjectContext& c);
+void readDwgAttributeDefinition(DwgObjectContext& c);
+void readDwgMText(DwgObjectContext& c);
