@@ -1,10 +1,10 @@
 #include "kit/host/DrawingFileReaders.h"
 
-#include <cctype>
 #include <fstream>
 #include <string_view>
 
 #include "kit/base/OdError.h"
+#include "kit/dwg/DwgReader.h"
 #include "kit/dxf/DxfReader.h"
 #include "kit/dxf/DxfWriter.h"
 
@@ -24,18 +24,10 @@ std::string firstBytesOf(const std::string& pathUtf8) {
 
 OdString wide(const std::string& utf8) { return toOdString(utf8); }
 
-// "AC" and a release code ("AC1015", "AC1.50", ...): how every DWG file begins.
-bool hasDwgVersionMark(std::string_view firstBytes) {
-  if (firstBytes.size() < 6 || firstBytes.substr(0, 2) != "AC") return false;
-  for (char c : firstBytes.substr(2, 4)) {
-    if (!std::isdigit(static_cast<unsigned char>(c)) && c != '.') return false;
-  }
-  return true;
-}
-
-// DWG content goes here; the DWG reader plugs in at this point.
-OdDbDatabasePtr readDwgContent(const std::string& pathUtf8, bool /*recover*/) {
-  throw OdError(eNotImplemented, L"DWG files cannot be read yet: " + wide(pathUtf8));
+OdDbDatabasePtr readDwgContent(const std::string& pathUtf8, bool recover) {
+  DwgReadOptions options;
+  options.recover = recover;
+  return readDwgFile(pathUtf8, options);
 }
 
 void writeDwgContent(const OdDbDatabase& /*db*/, const std::string& pathUtf8, int /*version*/) {
@@ -58,7 +50,7 @@ std::string odDwgVersionName(int version) {
 
 OdDbDatabasePtr readDrawingFile(const std::string& pathUtf8, bool recover) {
   const std::string firstBytes = firstBytesOf(pathUtf8);
-  if (!looksLikeDxf(firstBytes) && hasDwgVersionMark(firstBytes)) return readDwgContent(pathUtf8, recover);
+  if (!looksLikeDxf(firstBytes) && looksLikeDwg(firstBytes)) return readDwgContent(pathUtf8, recover);
   // Everything else, unreadable and empty files included, goes to the DXF reader, whose errors
   // say what is wrong with the file.
   DxfReadOptions options;

@@ -168,7 +168,7 @@ TEST(InputLoading, UnreadableDrawingsReportTheKitErrorAndLoadNothing) {
   const Case cases[] = {
       {"junk.dwg", "not a drawing", "Teigha Error: "},
       {"empty.dxf", "", "Teigha Error: "},
-      {"real.dwg", std::string("AC1032") + std::string(100, '\0'), "Teigha Error: DWG files cannot be read yet: "},
+      {"real.dwg", std::string("AC1032") + std::string(100, '\0'), "Teigha Error: "},
   };
   Scratch scratch;
   for (const Case& c : cases) {
