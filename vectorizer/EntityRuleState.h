@@ -1,0 +1,34 @@
+// Process-wide state of the entity rules that other parts of the vectorizer read: the room label
+// being captured, the viewport being drawn, the layer last sent to the driver.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "kit/base/Geometry.h"
+#include "kit/base/OdString.h"
+
+class OdDbDatabase;
+
+struct EntityRuleState {
+  int32_t currentViewportIndex = -1;
+  // Two view transforms captured the first time an entity is drawn after a reset.
+  OdGeMatrix3d viewMatrices[2];
+  uint8_t captureViewMatrices = 1;
+  // While set, the next text drawn becomes a room label at its position.
+  uint8_t roomLabelCapture = 0;
+  std::string pendingRoomLabel;  // UTF-8
+  int32_t blockLineWeight = 0;
+  uint8_t layerLineWeightFromTable = 1;
+  OdString currentLayerName;
+  // The database being drawn and the one the last view was created for.
+  const OdDbDatabase* database = nullptr;
+  const OdDbDatabase* viewDatabase = nullptr;
+};
+
+extern EntityRuleState g_EntityRuleState;
+
+// Output font names of texts without a typeface of their own; the device replaces them with the
+// driver's defaults.
+extern std::string g_DefaultFontName;
+extern std::string g_DefaultItalicFontName;

@@ -1,0 +1,3 @@
+#include "vectorizer/OutputDriverPointer.h"
+
+TRANS_BASE2* g_pOutputDriver = nullptr;

@@ -1,0 +1,74 @@
+// Point lists that are something else: the frame of a raster image, a tessellated circle that
+// can be drawn as one, and the filled rectangle behind a text that must take the page colour.
+#include <cmath>
+
+#include "drivers/TRANS_BASE2.h"
+#include "kit/gi/GiCurves.h"
+#include "services/Trace.h"
+#include "vectorizer/EntityDrawState.h"
+#include "vectorizer/OdGiDumperImpl.h"
+
+namespace {
+
+// Fewer points than this are a polygon, not a circle.
+constexpr int32_t kMinCirclePoints = 21;
+// The SVG writer draws line weights at three quarters of the PDF writer's width.
+constexpr double kSvgWidthFactor = 0.75;
+
+}  // namespace
+
+bool DrawRasterFrame(TRANS_BASE2& driver, int32_t numPoints, const OdGePoint3d* points) {
+  EntityDrawState& s = g_EntityDrawState;
+  if (numPoints != 5 || s.rasterFileName.isEmpty()) return false;
+  TraceMessage("Process Raster Image", s.rasterFileName);
+  OdGePoint2d minPoint = points[0].to2d(), maxPoint = minPoint;
+  for (int32_t i = 1; i < numPoints; ++i) {
+    minPoint = {std::min(minPoint.x, points[i].x), std::min(minPoint.y, points[i].y)};
+    maxPoint = {std::max(maxPoint.x, points[i].x), std::max(maxPoint.y, points[i].y)};
+  }
+  TraceMessage("   MinPoint", OdString().format(L"%g, %g", minPoint.x, minPoint.y));
+  TraceMessage("   MaxPoint", OdString().format(L"%g, %g", maxPoint.x, maxPoint.y));
+  driver.DrawEmbeddedImage(s.rasterFileName, s.rasterWidth, s.rasterHeight, {}, 1, minPoint.x, minPoint.y,
+                           maxPoint.x, maxPoint.y, 0.0);
+  s.rasterFileName.empty();
+  return true;
+}
+
+bool DrawDetectedCircle(TRANS_BASE2& driver, int32_t numPoints, const OdGePoint3d* points) {
+  EntityDrawState& s = g_EntityDrawState;
+  if (numPoints < kMinCirclePoints || !s.circleCandidate) return false;
+  OdGePoint3d center;
+  double r = 0.0;
+  OdGeVector3d normal;
+  OdGePoint3d a(points[0].x, points[0].y), b(points[numPoints / 3].x, points[numPoints / 3].y),
+      c(points[2 * numPoints / 3].x, points[2 * numPoints / 3].y);
+  if (!circleThroughPoints(a, b, c, center, r, normal) || !(r > 0.0)) return false;
+  // The entity's width is in drawing units; the points are in output units.
+  double scale = s.circleRadius > 0.0 ? r / s.circleRadius : 1.0;
+  double w = s.lineWidth;
+  if (driver.GetFormatCode() == 1016) w *= kSvgWidthFactor;
+  if (w >= r || s.fillOn) {
+    s.lineWidth = 0.0;
+    driver.DrawCircle(true, L"CONTINUOUS", true, 1, center.x, center.y, r, 1.0, 0.0);
+  } else {
+    // A ring drawn on its centre line with the ring's full width.
+    driver.DrawCircle(false, s.lineTypeName, s.isContinuous, s.widthIsGeometric, center.x, center.y,
+                      r - std::fabs(w * scale / 2), s.lineTypeScale, 2 * w * scale);
+  }
+  s.circleCandidate = 0;
+  return true;
+}
+
+int BeginBackgroundMask(TRANS_BASE2& driver, const OdGePoint3d* points) {
+  EntityDrawState& s = g_EntityDrawState;
+  if (!s.isBackgroundMask) return -1;
+  s.maskFilled = 0;
+  double dx = std::fabs(points[3].x - points[0].x);
+  double dy = std::fabs(points[3].y - points[0].y);
+  if (!(dx > 0.0 && dy > 0.0 && s.closedFlag && s.fillOn)) return -1;
+  s.maskFilled = 1;
+  int previous = driver.GetColorIndex();
+  if (driver.BackgroundIsBlack()) driver.SetColorRGB(0, 0, 0);
+  else driver.SetColorRGB(255, 255, 255);
+  return previous;
+}
