@@ -26,6 +26,14 @@ extern bool g_AllLayersOn;
 extern bool g_DwfImported;
 // Whether drawings are read partially; every read is whole, so this only travels to the reader.
 extern bool g_PartialLoad;
+// Several spaces, layouts or views are converted in one run; for the output stage.
+extern bool g_MultiView;
+// The brightness setting, for the colour handling of the output stage.
+extern double g_Brightness;
+// Per-view scale factors (drawing units per millimetre times the view's fit scale) in view order,
+// and the unit scale of the last view, read by the output stage.
+extern std::vector<double> g_ViewScaleFactors;
+extern double g_UnitScale;
 
 class CDm2017 {
 public:
@@ -146,9 +154,66 @@ public:
   // Prints the fonts the drawing's text styles name and where they were found.
   void ReportUsedFonts();
 
+  // ---- View selection and sizing ----
+  // True when the block has no entities; a layout that does not exist counts as empty.
+  bool IsModelSpaceEmpty() const;
+  bool IsPaperSpaceEmpty() const;
+  bool IsLayoutEmpty(const OdString& name) const;
+  // Sets width, height, viewWidth, viewHeight and viewActive from the view's size in drawing units.
+  void ComputeViewSize(double viewWidth, double viewHeight);
+  double GetViewWidth() const { return viewWidth; }
+  double GetViewHeight() const { return viewHeight; }
+  bool IsViewActive() const { return viewActive; }
+  int GetViewMode() const { return viewMode; }
+  OdString GetLayoutName() const { return layoutName; }
+  OdString GetViewName() const { return viewName; }
+
+  // ---- Preprocessing, watermark and layer switching ----
+  // Fills block attributes from the workspace records and re-points external references.
+  void PreprocessFile();
+  // Adds the watermark text to model space when it applies to this view. Returns 0.
+  int ProcessWatermark(const OdString& viewName, OdDbDatabase* database);
+  // Switch the layers of the LOFF / LON lists, or every layer; the run does not call them.
+  int SetLayersOff();
+  int SetLayersOn();
+  int SetAllLayersOff();
+  // Every layer of the drawing on (SetAllLayersOn is the ALLLAYERS setting).
+  int SwitchAllLayersOn();
+
   bool ready = false;
 
+protected:
+  // Chooses the spaces, layouts and views of the view mode and converts each through ConvertView.
+  int Convert();
+  // One output file; 0 or negative. Virtual so that a test can watch the view selection.
+  virtual int ConvertView(const OdString& name, int kind, bool first);
+  // Gives the converter an output driver it then owns (tests of the view selection).
+  void UseOutputDriver(TRANS_BASE2* driver);
+  // Gives an empty layout one viewport that shows the model extents.
+  void CreateModelSpaceViewport(OdDbLayout* layout);
+
 private:
+  // Steps of Convert (ViewSelection.cpp).
+  struct ConvertFlags;
+  int ChooseWorkFlags(ConvertFlags& flags);
+  void RegisterOutputNames(ConvertFlags& flags, const OdString& extension);
+  int ConvertSpecific(bool firstLayoutSearch, const OdString& strippedName);
+  // The empty-layout rule: false when the layout is skipped.
+  bool AcceptEmptyLayout(OdDbLayout* layout);
+
+  // The drawing context and vectorization device of a vector run; 0 when they are ready.
+  int StartVectorization();
+  void EndVectorization();
+  // View set-up and vectorization of one view.
+  int ConvertToVectorByView(const OdString& name);
+  int SetView();
+  void ProcessModelSpace(const OdString& viewName);
+  void ProcessPaperSpace(const OdString& layoutName);
+  void RefreshLayerLists();
+  void HandOverSettings(int format);
+  void ReportLayerStates();
+  int SetViewForLayout();
+
   // Input loading routes.
   void PrepareFileLookup(const OdString& input);
   int LoadByRoute(const OdString& input, const OdString& extension);
@@ -162,7 +227,6 @@ private:
   int CollectDrawingTables();
 
   // Output routes.
-  void PreprocessFile();
   int ConvertToRaster(int format);
   int ConvertToVector(int format);
   bool ConvertRasterInput(const OdString& inputPath);

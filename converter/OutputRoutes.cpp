@@ -1,7 +1,6 @@
 // The output routes reached from StartConversion and the raster input route of ReadInputFile.
-// Vector output through the driver, raster output and raster inputs need the vectorizer and the
-// bitmap device, which this build does not have yet: those routes say so and fail with the
-// converter's codes. DWG and DXF writing goes through the kit's writers.
+// Raster output and raster inputs need the bitmap device, which this build does not have yet:
+// those routes say so and fail with the converter's codes. DWG and DXF writing goes through the kit's writers.
 #include <exception>
 #include <iostream>
 #include <string>
@@ -20,17 +19,6 @@ constexpr int kInputKindDwg = 1013;
 constexpr int kInputKindDxf = 1014;
 
 }  // namespace
-
-void CDm2017::PreprocessFile() {}
-
-int CDm2017::ConvertToVector(int format) {
-  if (format != kFormatSvg && format != kFormatPdf) {
-    PrintMessage("Unsupported Output Format");
-    return -1000;
-  }
-  PrintMessage("Vector output is not available in this build");
-  return -1000;
-}
 
 int CDm2017::ConvertToRaster(int /*format*/) {
   PrintMessage("Raster output is not available in this build");
