@@ -5,6 +5,7 @@
 
 #include "kit/base/OdError.h"
 #include "kit/db/DatabaseCompletion.h"
+#include "kit/dwg/DwgBlockNames.h"
 #include "kit/dwg/DwgCodePages.h"
 #include "kit/dwg/DwgCrc.h"
 #include "kit/dwg/DwgSectionFraming.h"
@@ -213,6 +214,7 @@ void DwgLoader::load() {
   readObjects();
   finishHeader();
   assemble();
+  numberDwgAnonymousBlocks(db, headerHandles_.paperSpaceBlock);
   if (failedObjects_ && !options_.recover) report.recovered = false;
   completeDatabase(db);
 }
