@@ -28,14 +28,16 @@ void readDwgObjectMap(std::string_view section, std::vector<DwgMapEntry>& entrie
       uint16_t stored = uint16_t((bytes[pos + chunk] << 8) | bytes[pos + chunk + 1]);
       if (dwgCrc16(0xC0C1, bytes + pos, chunk) != stored) ++badChunks;
     }
+    // Each chunk counts its handles and offsets afresh.
+    handle = 0;
+    offset = 0;
     DwgBitReader r(bytes + pos + 2, chunk - 2);
     while (r.bitsLeft() >= 16 && !r.overrun()) {
       uint64_t handleStep = r.UMC();
       int64_t offsetStep = r.MC();
       if (r.overrun()) break;
-      uint64_t next = handle + handleStep;
-      if (next <= handle && !entries.empty()) sorted = false;
-      handle = next;
+      handle += handleStep;
+      if (!entries.empty() && handle <= entries.back().handle) sorted = false;
       offset += offsetStep;
       if (offset >= 0) entries.push_back({handle, uint64_t(offset)});
     }

@@ -1,6 +1,6 @@
 // The object map (the handles section): where each object lies in the objects section, by
 // handle. Stored as chunks of at most 2032 bytes, each a big-endian size, pairs of modular chars
-// (handle and offset, both relative to the previous pair) and a big-endian check sum.
+// (handle and offset, both relative to the previous pair of the chunk) and a big-endian check sum.
 #pragma once
 
 #include <cstdint>
