@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "kit/base/OdError.h"
+
 OdDbDatabase::OdDbDatabase() = default;
 OdDbDatabase::~OdDbDatabase() = default;
 
@@ -41,7 +43,26 @@ Layout* OdDbDatabase::layoutOfBlock(const BlockRecord* block) const {
 }
 
 Layout* OdDbDatabase::activeLayout() const {
+  if (!header_.tileMode && currentPaperLayout_) return currentPaperLayout_;
   return layoutOfBlock(header_.tileMode ? modelSpace() : paperSpace());
+}
+
+void OdDbDatabase::setCurrentLayout(Layout* layout) {
+  if (!layout) throw OdError(eInvalidInput, OdString(L"Layout not found"));
+  bool model = layout->isModelLayout() || (layout->block && layout->block->isModelSpace());
+  header_.tileMode = model;
+  if (!model) currentPaperLayout_ = layout;
+}
+
+void OdDbDatabase::setCurrentLayout(const OdString& name) {
+  for (Layout* layout : layouts()) {
+    if (layout->getLayoutName().iCompare(name.c_str()) == 0) return setCurrentLayout(layout);
+  }
+  if (name.iCompare(L"Model") == 0) {
+    header_.tileMode = true;
+    return;
+  }
+  throw OdError(eInvalidInput, OdString(L"Layout not found: ") + name);
 }
 
 DbObject* OdDbDatabase::findInDictionaries(std::initializer_list<std::string_view> path) const {

@@ -84,8 +84,13 @@ public:
   std::vector<Layout*> layouts() const;
   Layout* findLayout(std::string_view name) const;  // ignoring case
   Layout* layoutOfBlock(const BlockRecord* block) const;
-  // Model when TILEMODE is set, else the layout of *Paper_Space.
+  // Model when TILEMODE is set, else the layout made current last, else the layout of
+  // *Paper_Space.
   Layout* activeLayout() const;
+  // Makes a layout current: "Model" (or the model layout) sets TILEMODE, any other clears it.
+  // Throws OdError when there is no layout of that name.
+  void setCurrentLayout(const OdString& name);
+  void setCurrentLayout(Layout* layout);
 
   // ---- Objects ----------------------------------------------------------------------------
   DbObject* find(OdDbHandle handle) const { return handles_.find(handle); }
@@ -162,6 +167,7 @@ private:
   uint64_t highestHandle_ = 0;
   uint64_t nextHandle_ = 0;
   OdDbHandle namedObjects_;
+  Layout* currentPaperLayout_ = nullptr;  // set by setCurrentLayout
   LoadReport report_;
   std::string fileName_;
 };
