@@ -110,7 +110,7 @@ TEST_F(OutputPolylineTest, DetectedCirclesAreRingsOrDisks) {
     g_EntityDrawState.fillOn = c.fillOn;
     Output(CirclePoints(30, 20.0));
     ASSERT_EQ(driver.Circles().size(), 1u);
-    const DrvCircle& circle = driver.Circles()[0];
+    const DrvCircle circle = driver.Circles()[0];
     EXPECT_EQ(circle.filled, c.filled);
     EXPECT_NEAR(circle.radiusX, c.radius, 1e-9);
     EXPECT_NEAR(circle.width, c.width, 1e-9);
@@ -136,7 +136,7 @@ TEST_F(OutputPolylineTest, FivePointFrameOfARasterFileBecomesTheImage) {
   g_EntityDrawState.rasterHeight = 480;
   Output({{2, 3, 0}, {12, 3, 0}, {12, 9, 0}, {2, 9, 0}, {2, 3, 0}});
   ASSERT_EQ(driver.Images().size(), 1u);
-  const DrvImage& image = driver.Images()[0];
+  const DrvImage image = driver.Images()[0];
   EXPECT_EQ(image.fileName, OdString(L"/tmp/picture.png"));
   EXPECT_EQ(image.pixelWidth, 640);
   EXPECT_EQ(image.minX, 2);

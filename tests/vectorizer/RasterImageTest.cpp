@@ -89,7 +89,7 @@ TEST_F(RasterImageTest, KitImagesArePlacedInTheirFrame) {
   sink.rasterImageProc(OdGePoint3d(5, 5, 0), OdGeVector3d(0.5, 0, 0), OdGeVector3d(0, 0.5, 0), &image, nullptr, 0);
   sink.rasterImageProc(OdGePoint3d(5, 5, 0), OdGeVector3d(0, 0.5, 0), OdGeVector3d(-0.5, 0, 0), &image, nullptr, 0);
   ASSERT_EQ(driver.Images().size(), 2u);
-  const DrvImage& flat = driver.Images()[0];
+  const DrvImage flat = driver.Images()[0];
   EXPECT_EQ(flat.fileName, Path("drawing__1.png"));
   EXPECT_EQ(flat.pixelWidth, 40);
   EXPECT_EQ(flat.maxX, 25);

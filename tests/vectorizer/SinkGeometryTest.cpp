@@ -105,11 +105,11 @@ TEST_F(SinkTest, ArcThroughThreeFlatPointsIsNative) {
   EXPECT_NEAR(driver.Arcs()[0].radius, 10.0, 1e-9);
   EXPECT_NEAR(driver.Arcs()[0].startAngle, 0.0, 1e-4);
   EXPECT_NEAR(driver.Arcs()[0].endAngle, 180.0, 1e-4);
-  // Clockwise through the same ends: the lower half.
+  // Clockwise through the same ends: the lower half, given from its other end.
   sink.circularArcProc(OdGePoint3d(10, 0, 0), OdGePoint3d(0, -10, 0), OdGePoint3d(-10, 0, 0));
   ASSERT_EQ(driver.Arcs().size(), 2u);
-  EXPECT_NEAR(driver.Arcs()[1].startAngle, 180.0, 1e-4);
-  EXPECT_NEAR(driver.Arcs()[1].endAngle, 360.0, 1e-4);
+  EXPECT_NEAR(driver.Arcs()[1].startAngle, -180.0, 1e-4);
+  EXPECT_NEAR(driver.Arcs()[1].endAngle, 0.0, 1e-4);
 }
 
 TEST_F(SinkTest, PolygonsOutOfPlaneGoThroughTheSimplifier) {

@@ -114,7 +114,7 @@ TEST_F(TextEntryTest, NativeTextKeepsPositionHeightAndRotation) {
   RecordingDriver& driver = UseDriver();
   Draw(L"%%UHall", TrueType(L"Arial"), {0, 2.5, 0}, {-2.5, 0, 0});
   ASSERT_EQ(driver.Texts().size(), 1u);
-  const DrvText& text = driver.Texts()[0];
+  const DrvText text = driver.Texts()[0];
   EXPECT_EQ(text.position, OdGePoint2d(10, 20));
   EXPECT_EQ(text.text, OdString(L"Hall"));
   // Device y runs down: a baseline pointing down the device reads as turned 90 degrees clockwise.
