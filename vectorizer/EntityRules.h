@@ -41,6 +41,7 @@ bool DrawWithEntityRules(const EntityRuleInput& input, const Entity& entity,
 // The single rules, in the order DrawWithEntityRules runs them.
 bool BeginEntityRules(const EntityRuleInput& input, const Entity& entity);
 void ApplyLayerRules(const EntityRuleInput& input, const Entity& entity);
+void ApplyHandleAndHyperlinkRules(const EntityRuleInput& input, const Entity& entity);
 void ApplyRoomLabelRules(const Entity& entity);
 // True when a node group was opened for the entity (to be closed after it is drawn).
 bool ApplyBlockRules(const EntityRuleInput& input, const Entity& entity);

@@ -13,6 +13,7 @@ bool DrawWithEntityRules(const EntityRuleInput& input, const Entity& entity,
   try {
     AddEntityExtents(input, entity);
     ApplyLayerRules(input, entity);
+    ApplyHandleAndHyperlinkRules(input, entity);
     ApplyRoomLabelRules(entity);
     groupOpened = ApplyBlockRules(input, entity);
     ApplyFillRules(entity);

@@ -177,6 +177,27 @@ TEST_F(EntityRulesTest, AttributesWithParagraphBreaksAreDrawnAsMultiLineText) {
   EXPECT_EQ(drawnText, "first\\Psecond");
 }
 
+TEST_F(EntityRulesTest, TopLevelEntitiesNameTheirHandleAndHyperlink) {
+  RecordingDriver& driver = UseDriver();
+  ObjectExtras extras;
+  extras.hyperlinks.push_back({"http://plans/a.dwg", "Plan A", ""});
+  LineEntity linked, plain;
+  linked.handle = OdDbHandle(0x1BD);
+  linked.extras = &extras;
+  plain.handle = OdDbHandle(0x2A);
+  Draw(linked);
+  EXPECT_EQ(driver.GetCurrentHandle(), "1BD");
+  EXPECT_EQ(driver.GetHyperlinkText(), OdString(L"http://plans/a.dwg"));
+  // Inside a block the reference's handle and link stay.
+  input.blockDepth = 1;
+  Draw(plain);
+  EXPECT_EQ(driver.GetCurrentHandle(), "1BD");
+  input.blockDepth = 0;
+  Draw(plain);
+  EXPECT_EQ(driver.GetCurrentHandle(), "2A");
+  EXPECT_TRUE(driver.GetHyperlinkText().isEmpty());
+}
+
 struct FieldCase {
   const char* name;
   const char* text;
