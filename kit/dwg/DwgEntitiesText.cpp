@@ -32,7 +32,6 @@ void readTextData(DwgObjectContext& c, TextData& t) {
   if (!(flags & 0x02)) {
     OdGePoint2d alignment = d.point2DD(insertion);
     t.alignmentPoint = {alignment.x, alignment.y, elevation};
-    t.hasAlignmentPoint = true;
   }
   t.normal = c.s.extrusion();
   t.thickness = c.s.thickness();
@@ -44,6 +43,8 @@ void readTextData(DwgObjectContext& c, TextData& t) {
   if (!(flags & 0x20)) t.generationFlags = d.BS();
   if (!(flags & 0x40)) t.horizontalMode = d.BS();
   if (!(flags & 0x80)) t.verticalMode = d.BS();
+  // Writers keep an alignment point for left-aligned text too; it means nothing there.
+  t.hasAlignmentPoint = !(flags & 0x02) && (t.horizontalMode != 0 || t.verticalMode != 0);
 }
 
 void readMTextData(DwgObjectContext& c, MTextData& m, OdDbHandle* styleHandle);
