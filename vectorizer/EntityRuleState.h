@@ -28,6 +28,10 @@ struct EntityRuleState {
 
 extern EntityRuleState g_EntityRuleState;
 
+// Forgets what the last view left behind (viewport boxes, the layer and colour last sent, the
+// captured view transforms): the device runs it before it draws its views.
+void ResetVectorizationState();
+
 // Output font names of texts without a typeface of their own; the device replaces them with the
 // driver's defaults.
 extern std::string g_DefaultFontName;

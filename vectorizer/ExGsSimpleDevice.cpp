@@ -71,3 +71,8 @@ void ExGsSimpleDevice::setDeviceSettings(uint32_t first, uint32_t second) {
   g_EntityDrawState.deviceSetting2 = int32_t(second);
   OdGsBaseVectorizeDevice::setDeviceSettings(first, second);
 }
+
+void ExGsSimpleDevice::update() {
+  ResetVectorizationState();
+  OdGsBaseVectorizeDevice::update();
+}

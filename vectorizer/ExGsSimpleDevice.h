@@ -20,6 +20,8 @@ public:
   OdGsViewPtr createView(const OdGsClientViewInfo* viewInfo = nullptr,
                          bool enableLayerVisibilityPerView = false) override;
   void setDeviceSettings(uint32_t first, uint32_t second) override;
+  // Starts from a clean per-view state, then draws every view.
+  void update() override;
 
   int32_t deviceType = 0;
   std::shared_ptr<OdGiConveyorGeometryDumper> geometrySink;
