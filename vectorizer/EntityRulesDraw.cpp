@@ -1,5 +1,6 @@
 // The order in which the entity rules run around the kit's drawing of one entity.
 #include "drivers/TRANS_BASE2.h"
+#include "kit/base/OdError.h"
 #include "kit/db/SymbolTables.h"
 #include "services/Trace.h"
 #include "vectorizer/EntityRules.h"
@@ -25,7 +26,14 @@ bool DrawWithEntityRules(const EntityRuleInput& input, const Entity& entity,
     TraceMessage("Error in entity rules", error.what());
   }
   const Entity* drawn = rewritten.get();
-  baseDraw(drawn ? *drawn : entity);
+  // A failure inside one entity ends that entity only.
+  try {
+    baseDraw(drawn ? *drawn : entity);
+  } catch (const OdError& error) {
+    TraceMessage("Error drawing entity", error.description());
+  } catch (const std::exception& error) {
+    TraceMessage("Error drawing entity", error.what());
+  }
   if (groupOpened) {
     if (TRANS_BASE2* driver = g_pOutputDriver) {
       const auto& reference = static_cast<const BlockReferenceEntity&>(entity);
