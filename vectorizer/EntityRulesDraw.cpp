@@ -1,6 +1,5 @@
 // The order in which the entity rules run around the kit's drawing of one entity.
 #include "drivers/TRANS_BASE2.h"
-#include "kit/base/OdError.h"
 #include "kit/db/SymbolTables.h"
 #include "services/Trace.h"
 #include "vectorizer/EntityRules.h"
@@ -26,19 +25,18 @@ bool DrawWithEntityRules(const EntityRuleInput& input, const Entity& entity,
     TraceMessage("Error in entity rules", error.what());
   }
   const Entity* drawn = rewritten.get();
-  // A failure inside one entity ends that entity only.
+  auto closeGroup = [&] {
+    if (!groupOpened) return;
+    if (TRANS_BASE2* driver = g_pOutputDriver) {
+      driver->EndGroup(static_cast<const BlockReferenceEntity&>(entity).block->getName());
+    }
+  };
   try {
     baseDraw(drawn ? *drawn : entity);
-  } catch (const OdError& error) {
-    TraceMessage("Error drawing entity", error.description());
-  } catch (const std::exception& error) {
-    TraceMessage("Error drawing entity", error.what());
+  } catch (...) {
+    closeGroup();
+    throw;
   }
-  if (groupOpened) {
-    if (TRANS_BASE2* driver = g_pOutputDriver) {
-      const auto& reference = static_cast<const BlockReferenceEntity&>(entity);
-      driver->EndGroup(reference.block->getName());
-    }
-  }
+  closeGroup();
   return true;
 }

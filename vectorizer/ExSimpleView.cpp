@@ -1,8 +1,10 @@
 #include "vectorizer/ExSimpleView.h"
 
 #include "drivers/TRANS_BASE2.h"
+#include "kit/base/OdError.h"
 #include "kit/gs/OdGsBaseVectorizeDevice.h"
 #include "projects/common/CommonRoutines.h"
+#include "services/Trace.h"
 #include "vectorizer/DeviceColorState.h"
 #include "vectorizer/OutputDriverPointer.h"
 
@@ -75,8 +77,20 @@ EntityRuleInput ExSimpleView::RuleInput(const Entity& entity) const {
 
 void ExSimpleView::draw(const OdGiDrawable* drawable) {
   if (!drawable) return;
-  DrawWithEntityRules(RuleInput(*drawable), *drawable,
-                      [this](const Entity& entity) { OdGsBaseVectorizeViewDef::draw(&entity); });
+  size_t depth = blockDepth();
+  // A failure inside one entity ends that entity only; the blocks it entered are left again.
+  try {
+    DrawWithEntityRules(RuleInput(*drawable), *drawable,
+                        [this](const Entity& entity) { OdGsBaseVectorizeViewDef::draw(&entity); });
+    return;
+  } catch (const OdError& error) {
+    TraceMessage("Error drawing entity", error.description());
+  } catch (const std::exception& error) {
+    TraceMessage("Error drawing entity", error.what());
+  }
+  if (GiRegenContext* ctx = regenContext()) {
+    while (ctx->blockDepth() > depth) ctx->popBlock();
+  }
 }
 
 void ExSimpleView::onTraitsModified() {
