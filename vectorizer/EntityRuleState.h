@@ -21,6 +21,9 @@ struct EntityRuleState {
   int32_t blockLineWeight = 0;
   uint8_t layerLineWeightFromTable = 1;
   OdString currentLayerName;
+  // The output's y axis runs down (the view's mapping mirrors the drawing): text angles measured
+  // in output coordinates are turned back.
+  uint8_t outputYDown = 1;
   // The database being drawn and the one the last view was created for.
   const OdDbDatabase* database = nullptr;
   const OdDbDatabase* viewDatabase = nullptr;

@@ -6,6 +6,7 @@
 #include "projects/common/CommonRoutines.h"
 #include "services/Trace.h"
 #include "vectorizer/DeviceColorState.h"
+#include "vectorizer/EntityRuleState.h"
 #include "vectorizer/OutputDriverPointer.h"
 
 void ExSimpleView::RecordSettings() {
@@ -41,6 +42,8 @@ void ExSimpleView::beginViewVectorization() {
   const OdGiDeviationType kinds[5] = {kOdGiMaxDevForCircle, kOdGiMaxDevForCurve, kOdGiMaxDevForBoundary,
                                       kOdGiMaxDevForIsoline, kOdGiMaxDevForFacet};
   for (int i = 0; i < 5; ++i) deviations_[i] = deviationObject().deviation(kinds[i], probe);
+  const OdGeMatrix3d m = worldToDeviceMatrix();
+  g_EntityRuleState.outputYDown = m.entry[0][0] * m.entry[1][1] - m.entry[0][1] * m.entry[1][0] < 0.0 ? 1 : 0;
   if (auto* sink = dynamic_cast<OdGiGeometrySimplifier*>(baseDevice() ? baseDevice()->destGeometry() : nullptr)) {
     sink->setDeviation(&deviationObject());
   }

@@ -16,13 +16,13 @@ constexpr double kSlantedBelowDegrees = 85.0;
 // The SVG writer takes 0.9 as the width factor of plain text.
 constexpr double kSvgPlainWidthFactor = 0.9;
 
-// The baseline's angle in degrees as the drawing shows it: device y runs down, so the angle
-// measured in device coordinates is turned back. Within a degree of level counts as level.
+// The baseline's angle in degrees as the drawing shows it: where the output's y runs down, the
+// angle measured in output coordinates is turned back. Within a degree of level counts as level.
 double RotationOf(const OdGeVector3d& direction) {
   double angle = std::atan2(direction.y, direction.x) * kDegreesPerRadian;
   if (angle < 0.0) angle += 360.0;
   if (std::fabs(angle - 360.0) < 1.0 || std::fabs(angle) < 1.0) return 0.0;
-  return 360.0 - angle;
+  return g_EntityRuleState.outputYDown ? 360.0 - angle : angle;
 }
 
 double DrawnHeight(const OdGeVector3d& direction, const OdGeVector3d& upVector) {

@@ -124,6 +124,11 @@ TEST_F(TextEntryTest, NativeTextKeepsPositionHeightAndRotation) {
   EXPECT_EQ(font.fontName, "Arial");
   EXPECT_NEAR(font.height, 2.5 * 0.85, 1e-9);
   ASSERT_EQ(g_ViewportExtents.Count(), 1u);
+  // An output whose y runs up keeps the angle as measured.
+  g_EntityRuleState.outputYDown = 0;
+  Draw(L"Hall", TrueType(L"Arial"), {0, 2.5, 0}, {-2.5, 0, 0});
+  ASSERT_EQ(driver.Texts().size(), 2u);
+  EXPECT_NEAR(driver.Texts()[1].rotation, 90.0, 1e-9);
 }
 
 TEST_F(TextEntryTest, TextsWithoutTypefaceUseTheDefaultFontsSlantedOnesItalic) {
