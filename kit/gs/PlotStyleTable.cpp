@@ -9,8 +9,9 @@
 
 namespace {
 
-// A .ctb file starts with this text line; the compressed table follows a few binary words later.
-constexpr const char kSignature[] = "PIAFILEVERSION_2.0";
+// A .ctb file starts with this text line (named tables, .stb, say STBVER); the compressed table
+// follows a few binary words later.
+constexpr const char kSignature[] = "PIAFILEVERSION_2.0,CTBVER";
 constexpr size_t kHeaderSize = 48;
 
 std::string_view trim(std::string_view s) {
@@ -42,20 +43,19 @@ bool splitLine(std::string_view line, std::string_view& key, std::string_view& v
   return true;
 }
 
-// A colour as the table writes it: a signed packed colour; an index colour method with all
-// bits set means "the object's colour".
-void applyColor(PlotStyle& style, std::string_view value) {
-  long long raw = 0;
-  if (!parseNumber(value, raw)) return;
-  uint32_t packed = uint32_t(raw);
-  uint8_t method = uint8_t(packed >> 24);
-  if (method == 0xC2) {
-    style.overridesColor = true;
-    style.color = ODRGB(uint8_t(packed >> 16), uint8_t(packed >> 8), uint8_t(packed));
-  } else if (method == 0xC3 && (packed & 0xFFFFFF) != 0xFFFFFF) {
-    style.overridesColor = true;
-    style.color = odcmAciColor(int(packed & 0xFF));
+// A style's colour: `color` says whether the object's colour is kept (-1, or the index method
+// with all bits set); the colour itself is in `mode_color`, packed as drawing files pack colours.
+void applyColor(PlotStyle& style, long long color, long long modeColor) {
+  uint32_t packed = uint32_t(color);
+  if (color == -1 || packed == 0xC3FFFFFFu) return;
+  uint32_t mode = uint32_t(modeColor);
+  uint8_t method = uint8_t(mode >> 24);
+  if (method == 0xC3) {
+    style.color = odcmAciColor(int(mode & 0xFF));
+  } else {
+    style.color = ODRGB(uint8_t(mode >> 16), uint8_t(mode >> 8), uint8_t(mode));
   }
+  style.overridesColor = true;
 }
 
 }  // namespace
@@ -108,7 +108,14 @@ bool PlotStyleTable::loadText(const std::string& text) {
   // Section nesting: "plot_style{" then "N{" per style; "custom_lineweight_table{".
   std::string section;
   PlotStyle* style = nullptr;
-  std::vector<int> styleLineweights;  // 255: the object's own
+  struct RawStyle {
+    long long color = -1;
+    long long modeColor = -1;
+    bool hasModeColor = false;
+    int lineweight = 0;  // index into the lineweight table; entry 0 (0.0 mm) keeps the object's own
+  };
+  std::vector<RawStyle> raw;
+  bool byColorIndex = true;
   while (std::getline(in, lineText)) {
     std::string_view line = trim(lineText);
     if (line.empty()) continue;
@@ -118,7 +125,7 @@ bool PlotStyleTable::loadText(const std::string& text) {
       if (section == "plot_style" && parseNumber(name, index) && index >= 0 && index < 255) {
         if (styles_.size() <= size_t(index)) styles_.resize(size_t(index) + 1);
         style = &styles_[size_t(index)];
-        styleLineweights.resize(styles_.size(), 255);
+        raw.resize(styles_.size());
       } else {
         section = std::string(name);
       }
@@ -134,9 +141,10 @@ bool PlotStyleTable::loadText(const std::string& text) {
     if (style) {
       size_t index = size_t(style - styles_.data());
       if (key == "name") style->name = unquote(value);
-      else if (key == "color") applyColor(*style, value);
+      else if (key == "color") parseNumber(value, raw[index].color);
+      else if (key == "mode_color") raw[index].hasModeColor = parseNumber(value, raw[index].modeColor);
       else if (key == "screen") parseNumber(value, style->screen);
-      else if (key == "lineweight") parseNumber(value, styleLineweights[index]);
+      else if (key == "lineweight") parseNumber(value, raw[index].lineweight);
     } else if (section == "custom_lineweight_table") {
       int index = 0;
       double mm = 0.0;
@@ -148,15 +156,21 @@ bool PlotStyleTable::loadText(const std::string& text) {
       if (key == "description") description_ = unquote(value);
       else if (key == "scale_factor") parseNumber(value, scaleFactor_);
       else if (key == "apply_factor") applyFactor_ = value == "TRUE";
+      else if (key == "aci_table_available") byColorIndex = value == "TRUE";
     }
   }
-  // A style's lineweight is an entry of the lineweight table; 255 keeps the object's own.
   for (size_t i = 0; i < styles_.size(); ++i) {
-    int n = styleLineweights[i];
-    if (n >= 0 && n != 255 && size_t(n) < lineweights_.size()) styles_[i].lineweight = lineweights_[size_t(n)];
+    const RawStyle& r = raw[i];
+    applyColor(styles_[i], r.color, r.hasModeColor ? r.modeColor : r.color);
+    int n = r.lineweight;
+    if (n > 0 && size_t(n) < lineweights_.size() && lineweights_[size_t(n)] > 0.0) {
+      styles_[i].lineweight = lineweights_[size_t(n)];
+    }
   }
+  if (!byColorIndex) styles_.clear();  // a named plot style table
+  if (styles_.empty()) return false;
   text_ = text;
-  return !styles_.empty();
+  return true;
 }
 
 const PlotStyle* PlotStyleTable::styleForColorIndex(int index) const {

@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include <cstring>
+#include <fstream>
 #include <sstream>
 
 #include "kit/gs/OdGiContextForDbDatabase.h"
@@ -111,6 +112,7 @@ const char* kTableText =
     " 0{\n  name=\"Color_1\n  color=-1006632961\n  screen=100\n  lineweight=255\n }\n"
     " 1{\n  name=\"Color_2\n  color=-1023442944\n  screen=50\n  lineweight=2\n }\n"
     " 2{\n  name=\"Color_3\n  color=-1023410171\n  lineweight=0\n }\n"
+    " 3{\n  color=-1006665984\n  mode_color=-1024751852\n }\n"
     "}\n"
     "custom_lineweight_table{\n 0=0.0\n 1=0.05\n 2=0.09\n}\n";
 
@@ -139,9 +141,33 @@ TEST(GsPlotStyles, ColourDependentTableGivesColourScreenAndLineweightPerIndex) {
   const PlotStyle* blue = table.styleForColorIndex(3);
   ASSERT_NE(blue, nullptr);
   EXPECT_EQ(blue->color, ODRGB(0, 0, 255));
-  EXPECT_DOUBLE_EQ(blue->lineweight, 0.0);
-  EXPECT_EQ(table.styleForColorIndex(4), nullptr);
+  EXPECT_LT(blue->lineweight, 0.0);  // entry 0 of the lineweights: the object's own
+  const PlotStyle* mode = table.styleForColorIndex(4);
+  ASSERT_NE(mode, nullptr);
+  EXPECT_EQ(mode->color, ODRGB(0xEB, 0x87, 0x14));  // the colour proper is the mode colour
+  EXPECT_EQ(table.styleForColorIndex(5), nullptr);
   EXPECT_EQ(table.styleForColorIndex(0), nullptr);
+}
+
+TEST(GsPlotStyles, CorpusTableLoads) {
+  std::ifstream file(std::string(DM_CORPUS_DIR) + "/plotstyles/ctbtest.ctb", std::ios::binary);
+  if (!file) GTEST_SKIP() << "no corpus plot style table";
+  PlotStyleTable table;
+  ASSERT_TRUE(table.load(file));
+  EXPECT_EQ(table.description(), "Comment");
+  EXPECT_DOUBLE_EQ(table.scaleFactor(), 2.0);
+  const PlotStyle* first = table.styleForColorIndex(1);
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(first->screen, 95);
+  EXPECT_DOUBLE_EQ(first->lineweight, 0.8);
+  EXPECT_EQ(first->color, ODRGB(0xEB, 0x87, 0x14));
+  const PlotStyle* last = table.styleForColorIndex(255);
+  ASSERT_NE(last, nullptr);
+  EXPECT_FALSE(last->overridesColor);
+  EXPECT_LT(last->lineweight, 0.0);
+  // A named plot style table is not a colour-dependent one.
+  std::ifstream named(std::string(DM_CORPUS_DIR) + "/plotstyles/stbtest.stb", std::ios::binary);
+  EXPECT_FALSE(table.load(named));
 }
 
 TEST(GsPlotStyles, DataThatIsNotATableIsRefused) {
