@@ -47,13 +47,15 @@ bool DrawDetectedCircle(TRANS_BASE2& driver, int32_t numPoints, const OdGePoint3
   double scale = s.circleRadius > 0.0 ? r / s.circleRadius : 1.0;
   double w = s.lineWidth;
   if (driver.GetFormatCode() == 1016) w *= kSvgWidthFactor;
-  if (w >= r || s.fillOn) {
+  double ringRadius = r - std::fabs(w * scale / 2);
+  // A ring as wide as the circle (or wider, once scaled) is a disk: never a circle of no radius.
+  if (w >= r || s.fillOn || !(ringRadius > 0.0)) {
     s.lineWidth = 0.0;
     driver.DrawCircle(true, L"CONTINUOUS", true, 1, center.x, center.y, r, 1.0, 0.0);
   } else {
     // A ring drawn on its centre line with the ring's full width.
-    driver.DrawCircle(false, s.lineTypeName, s.isContinuous, s.widthIsGeometric, center.x, center.y,
-                      r - std::fabs(w * scale / 2), s.lineTypeScale, 2 * w * scale);
+    driver.DrawCircle(false, s.lineTypeName, s.isContinuous, s.widthIsGeometric, center.x, center.y, ringRadius,
+                      s.lineTypeScale, 2 * w * scale);
   }
   s.circleCandidate = 0;
   return true;

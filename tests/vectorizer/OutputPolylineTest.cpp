@@ -99,6 +99,7 @@ TEST_F(OutputPolylineTest, DetectedCirclesAreRingsOrDisks) {
       {"pdf ring: width w", 1007, 4.0, false, false, 20 - 4.0 * 2 / 2, 2 * 4.0 * 2},
       {"wider than the radius: disk", 1007, 25.0, false, true, 20, 0},
       {"fill on: disk", 1016, 1.0, true, true, 20, 0},
+      {"scaled wider than the radius: disk", 1007, 19.0, false, true, 20, 0},
   };
   for (const RingCase& c : cases) {
     SCOPED_TRACE(c.name);
