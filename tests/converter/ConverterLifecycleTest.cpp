@@ -66,8 +66,7 @@ TEST(ConverterDispatch, EachFormatReachesItsRoute) {
       {2000, -1000, "Raster output is not available in this build\n"},
       {2001, -1000, "Raster output is not available in this build\n"},
       {2002, -1000, "Raster output is not available in this build\n"},
-      {1016, -1000, "Vector output is not available in this build\n"},
-      {1007, -1000, "Vector output is not available in this build\n"},
+      {1007, -1000, "PDF output is not available in this build\n"},
       // JS passes the dispatch and is refused by the vector route; TIFF has no route at all.
       {1020, -1000, "Unsupported Output Format\n"},
       {2003, -1000, "Unsupported Output Format\n"},
