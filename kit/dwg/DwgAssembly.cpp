@@ -15,8 +15,12 @@ bool isPlaced(DwgRole role) { return role == DwgRole::kEntity || role == DwgRole
 
 void DwgLoader::assemble() {
   const size_t n = map_.size();
-  const OdDbHandle modelSpace = headerHandles_.modelSpaceBlock;
-  const OdDbHandle paperSpace = headerHandles_.paperSpaceBlock;
+  // Without the header (recovering a damaged one) the spaces are found by their names.
+  auto space = [](OdDbHandle fromHeader, const BlockRecord* byName) {
+    return !fromHeader.isNull() || !byName ? fromHeader : byName->handle;
+  };
+  const OdDbHandle modelSpace = space(headerHandles_.modelSpaceBlock, db.modelSpace());
+  const OdDbHandle paperSpace = space(headerHandles_.paperSpaceBlock, db.paperSpace());
 
   // Children by the handle of their owner, in handle order.
   std::unordered_map<uint64_t, std::vector<uint32_t>> children;

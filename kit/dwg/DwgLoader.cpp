@@ -79,7 +79,13 @@ void DwgLoader::readHeader() {
   DatabaseHeader& header = db.header();
   DwgStreams s(version(), &decoder_);
   DwgSectionFrame frame = openDwgSection(sections_.header, kDwgHeaderSentinel, s, sections_.maintenanceVersion);
-  if (!frame.ok) fail(eInvalidDrawing, "the header section is damaged: " + frame.problem);
+  if (!frame.ok) {
+    if (!options_.recover) fail(eInvalidDrawing, "the header section is damaged: " + frame.problem);
+    // The objects still hold the tables and entities; the variables keep their defaults.
+    warn("the header section is damaged: " + frame.problem);
+    db.loadReport().recovered = true;
+    return;
+  }
   if (!frame.crcOk) warn("header section check sum mismatch");
   if (!readDwgHeaderVariables(s, header, headerHandles_)) {
     if (!options_.recover) fail(eInvalidDrawing, "the header section ends before its last variable");
