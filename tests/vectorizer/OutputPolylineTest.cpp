@@ -85,6 +85,7 @@ TEST_F(OutputPolylineTest, WithoutTheCandidateFlagATessellatedCircleStaysAPolyli
 struct RingCase {
   const char* name;
   int format;
+  double entityRadius;
   double lineWidth;
   bool fillOn;
   bool filled;
@@ -95,17 +96,17 @@ struct RingCase {
 TEST_F(OutputPolylineTest, DetectedCirclesAreRingsOrDisks) {
   // Points at radius 20 for an entity of radius 10: widths scale by 2.
   const RingCase cases[] = {
-      {"svg ring: width 0.75 w", 1016, 4.0, false, false, 20 - 0.75 * 4 * 2 / 2, 2 * 0.75 * 4 * 2},
-      {"pdf ring: width w", 1007, 4.0, false, false, 20 - 4.0 * 2 / 2, 2 * 4.0 * 2},
-      {"wider than the radius: disk", 1007, 25.0, false, true, 20, 0},
-      {"fill on: disk", 1016, 1.0, true, true, 20, 0},
-      {"scaled wider than the radius: disk", 1007, 19.0, false, true, 20, 0},
+      {"svg ring: width 0.75 w", 1016, 10, 4.0, false, false, 20 - 0.75 * 4 * 2 / 2, 2 * 0.75 * 4 * 2},
+      {"pdf ring: width w", 1007, 10, 4.0, false, false, 20 - 4.0 * 2 / 2, 2 * 4.0 * 2},
+      {"wider than the radius: disk", 1007, 10, 25.0, false, true, 20, 0},
+      {"fill on: disk", 1016, 10, 1.0, true, true, 20, 0},
+      {"scaled wider than the radius: disk", 1007, 2, 5.0, false, true, 20, 0},
   };
   for (const RingCase& c : cases) {
     SCOPED_TRACE(c.name);
     RecordingDriver& driver = UseDriver(c.format);
     g_EntityDrawState.circleCandidate = 1;
-    g_EntityDrawState.circleRadius = 10.0;
+    g_EntityDrawState.circleRadius = c.entityRadius;
     g_EntityDrawState.lineWidth = c.lineWidth;
     g_EntityDrawState.widthIsGeometric = 1;
     g_EntityDrawState.fillOn = c.fillOn;
