@@ -6,8 +6,9 @@
 #include "vectorizer/ViewportExtents.h"
 
 void AddEntityExtents(const EntityRuleInput& input, const Entity& entity) {
-  // Deeper entities are inside a block reference whose own extents already hold them.
-  if (input.blockDepth > 1 || !input.database) return;
+  // Entities inside a block reference lie within the reference's own extents, which are taken
+  // whole: measuring them again would only repeat the work.
+  if (input.blockDepth > 0 || !input.database) return;
   try {
     OdGeExtents3d box;
     if (!entityGeomExtents(*input.database, entity, box) || !box.isValidExtents()) return;
