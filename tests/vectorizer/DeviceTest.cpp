@@ -40,6 +40,7 @@ TEST_F(DeviceTest, ViewsAreTheSystemsAndAddedToTheDevice) {
 TEST_F(DeviceTest, OfficeModelSpaceReachesTheDriver) {
   RecordingDriver& driver = UseDriver();
   driver.SetWhiteBackground(true);
+  driver.SetRoomLayers("ROOM_NUMBERS");
   OdDbDatabasePtr db = readDxfFile(std::string(DM_SOURCE_DIR) + "/samples/office.dxf");
   ASSERT_TRUE(db);
   db->setCurrentLayout(OdString(L"Model"));
@@ -54,7 +55,13 @@ TEST_F(DeviceTest, OfficeModelSpaceReachesTheDriver) {
   helper->activeView()->zoomExtents(header.extMin, header.extMax);
   helper->update();
   EXPECT_GT(driver.Polylines().size() + driver.Lines().size() + driver.All(&DrvColorGroup::fills).size(), 10u);
-  EXPECT_FALSE(driver.Texts().empty() && driver.RoomLabels().empty());
+  EXPECT_FALSE(driver.Texts().empty());
+  // The room-label block on a room layer becomes a label; its first attribute is not drawn.
+  ASSERT_EQ(driver.RoomLabels().size(), 1u);
+  EXPECT_EQ(driver.RoomLabels()[0].text, "104_Office_2");
+  size_t texts104 = 0;
+  for (const DrvText& text : driver.Texts()) texts104 += text.text == OdString(L"104");
+  EXPECT_EQ(texts104, 1u);
   ASSERT_GE(g_ViewportExtents.Count(), 1u);
   EXPECT_TRUE(g_ViewportExtents.valid[0]);
   // Everything drawn lies on the device.
