@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "kit/gi/OdGiGeometrySimplifier.h"
+#include "kit/gs/DrawOrder.h"
 #include "kit/gs/GeomExtents.h"
 #include "kit/gs/OdGsBaseVectorizeDevice.h"
 
@@ -177,6 +178,9 @@ std::vector<OdGePoint2d> OdGsBaseVectorizeViewDef::deviceClipOutline() const {
   }
   double x0, y0, x1, y1;
   deviceRect(x0, y0, x1, y1);
+  // Geometry on the rectangle's edge (a border zoomed to its extents) stays in.
+  double grow = 1e-10 * (std::fabs(x1 - x0) + std::fabs(y1 - y0));
+  x0 -= grow, y0 -= grow, x1 += grow, y1 += grow;
   return {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
 }
 
@@ -299,10 +303,8 @@ void OdGsBaseVectorizeViewDef::beginViewVectorization() {
 
 void OdGsBaseVectorizeViewDef::endViewVectorization() {}
 
-void OdGsBaseVectorizeViewDef::vectorizeScene(GiRegenContext&) {
-  for (const Entity* entity : block_->entities) {
-    if (entity) draw(entity);
-  }
+void OdGsBaseVectorizeViewDef::vectorizeScene(GiRegenContext& ctx) {
+  for (const Entity* entity : entitiesInDrawOrder(ctx.database(), *block_)) draw(entity);
 }
 
 void OdGsBaseVectorizeViewDef::draw(const OdGiDrawable* drawable) {

@@ -92,7 +92,7 @@ public:
   // Hook: draws the view. Base: sets up a regeneration with the world-to-device transform,
   // clipping to the viewport rectangle or clip outline in device units, the per-view frozen layers
   // and the deviation for the device resolution; calls beginViewVectorization(), draw() for each
-  // entity of the scene block, then endViewVectorization().
+  // entity of the scene block in draw order, then endViewVectorization().
   void update() override;
   // Hook: the start of vectorization, once the regeneration is set up. Base: gives the
   // destination geometry (when it is a simplifier) this view's deviation and traits.

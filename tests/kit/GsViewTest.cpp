@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "kit/base/OdError.h"
+#include "kit/gs/DrawOrder.h"
 #include "kit/gs/GeomExtents.h"
 #include "tests/kit/GsTestSupport.h"
 
@@ -218,6 +219,35 @@ TEST(GsGeomExtents, BlockExtentsCoverWhatIsDrawnOnVisibleLayers) {
   EXPECT_TRUE(nearXY(box.minPoint, 115, -5));
   OdGeExtents3d none;
   EXPECT_FALSE(blockGeomExtents(*db, *db->paperSpace(), none));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(GsDrawOrder, SortHandlesOfTheBlocksTableDecideTheOrder) {
+  OdDbDatabasePtr db = emptyDrawing();
+  BlockRecord& model = *db->modelSpace();
+  LineEntity* first = addLine(*db, model, {0, 0, 0}, {1, 0, 0});
+  LineEntity* second = addLine(*db, model, {0, 1, 0}, {1, 1, 0});
+  LineEntity* third = addLine(*db, model, {0, 2, 0}, {1, 2, 0});
+  EXPECT_EQ(entitiesInDrawOrder(*db, model), (std::vector<const Entity*>{first, second, third}));
+  auto* table = db->newObject<SortEntsTableObject>();
+  table->blockRecordHandle = model.handle;
+  // The first line is drawn as if it came after the third.
+  table->entries.emplace_back(first->handle, OdDbHandle(third->handle.value() + 1));
+  db->addObject(table);
+  EXPECT_EQ(entitiesInDrawOrder(*db, model), (std::vector<const Entity*>{second, third, first}));
+
+  GsRig rig(db);
+  OdGsViewPtr view = rig.device->createView();
+  rig.device->addView(view.get());
+  view->setSceneBlock(&model);
+  view->zoomExtents({0, 0, 0}, {1, 2, 0});  // the outer lines lie on the view's edges: still drawn
+  rig.device->update();
+  auto lines = rig.sink.ofKind("polyline");
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_NEAR(lines[2].points[0].y, 100, 1e-6);  // the first line, world y 0, comes last
 }
 
 }  // namespace
