@@ -41,8 +41,9 @@ void locateStringStream(DwgStreams& s, const uint8_t* data, size_t sizeBytes, si
   s.data.setEnd(start);
 }
 
-// The handle stream starts where the value bits end; from R2007 the strings sit before it.
-void splitStreams(DwgStreams& s, const uint8_t* data, size_t sizeBytes, size_t handleStart) {
+}  // namespace
+
+void splitDwgStreams(DwgStreams& s, const uint8_t* data, size_t sizeBytes, size_t handleStart) {
   if (handleStart > sizeBytes * 8) handleStart = sizeBytes * 8;
   s.handles = DwgBitReader(data, sizeBytes);
   s.handles.seek(handleStart);
@@ -53,6 +54,8 @@ void splitStreams(DwgStreams& s, const uint8_t* data, size_t sizeBytes, size_t h
     s.data.setEnd(handleStart);
   }
 }
+
+namespace {
 
 void readEntityColor(DwgStreams& s, DwgObjectFrame& f) {
   DwgBitReader& d = s.data;
@@ -167,9 +170,9 @@ DwgFrameResult openDwgObject(const DwgObjectLocation& where, DwgStreams& s, DwgO
   f.type = s.atLeast(kDwgR2010) ? s.data.OT() : uint16_t(s.data.BS());
   if (s.atLeast(kDwgR2010)) {
     uint64_t bits = size * 8;
-    splitStreams(s, data, size, handleBits > bits ? 0 : size_t(bits - handleBits));
+    splitDwgStreams(s, data, size, handleBits > bits ? 0 : size_t(bits - handleBits));
   } else if (s.atLeast(kDwgR2000)) {
-    splitStreams(s, data, size, uint32_t(s.data.RL()));
+    splitDwgStreams(s, data, size, uint32_t(s.data.RL()));
   }
   return DwgFrameResult::kOk;
 }
@@ -194,7 +197,7 @@ void readDwgObjectCommon(DwgStreams& s, DwgObjectFrame& f, bool isEntity) {
   if (s.before(kDwgR2000)) {
     size_t handleStart = uint32_t(d.RL());
     size_t sizeBits = size_t(f.sizeBytes) * 8;
-    splitStreams(s, d.data(), f.sizeBytes, handleStart > sizeBits ? sizeBits : handleStart);
+    splitDwgStreams(s, d.data(), f.sizeBytes, handleStart > sizeBits ? sizeBits : handleStart);
   }
   if (isEntity) {
     readEntityData(s, f);

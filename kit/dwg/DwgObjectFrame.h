@@ -74,3 +74,7 @@ enum class DwgFrameResult { kOk, kOutside, kTooLarge };
 // entity. `crcOk` tells whether the object's check sum matched.
 DwgFrameResult openDwgObject(const DwgObjectLocation& where, DwgStreams& s, DwgObjectFrame& frame, bool& crcOk);
 void readDwgObjectCommon(DwgStreams& s, DwgObjectFrame& frame, bool isEntity);
+
+// Splits the bits of an object (or of a section from R2007) at `handleStart`: handles after it,
+// values before it and, from R2007, the strings at the end of the values.
+void splitDwgStreams(DwgStreams& s, const uint8_t* data, size_t sizeBytes, size_t handleStart);

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "kit/dwg/DwgCrc.h"
+#include "kit/dwg/DwgObjectFrame.h"
 #include "kit/dwg/DwgStreams.h"
 
 const uint8_t kDwgHeaderSentinel[16] = {0xCF, 0x7B, 0x1F, 0x23, 0xFD, 0xDE, 0x38, 0xA9,
@@ -46,6 +47,13 @@ DwgSectionFrame openDwgSection(std::string_view section, const uint8_t* sentinel
   }
   s.data = DwgBitReader(data, size);
   frame.endBit = size_t(size) * 8;
+  if (s.atLeast(kDwgR2007)) {
+    // The data begins with its size in bits: handles follow the values there, and the strings
+    // end the values.
+    uint64_t bits = uint32_t(s.data.RL());
+    splitDwgStreams(s, data, size, bits > frame.endBit ? frame.endBit : size_t(bits));
+    frame.endBit = s.data.endBit();
+  }
   frame.ok = true;
   return frame;
 }
