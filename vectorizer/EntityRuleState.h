@@ -24,9 +24,8 @@ struct EntityRuleState {
   // The output's y axis runs down (the view's mapping mirrors the drawing): text angles measured
   // in output coordinates are turned back.
   uint8_t outputYDown = 1;
-  // The database being drawn and the one the last view was created for.
+  // The database of the last view created.
   const OdDbDatabase* database = nullptr;
-  const OdDbDatabase* viewDatabase = nullptr;
 };
 
 extern EntityRuleState g_EntityRuleState;

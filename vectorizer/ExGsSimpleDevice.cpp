@@ -27,7 +27,6 @@ OdSmartPtr<OdGsDevice> ExGsSimpleDevice::createObject(int32_t deviceType) {
   g_EntityDrawState.fillOn = 0;
   EntityRuleState& rules = g_EntityRuleState;
   rules.database = nullptr;
-  rules.viewDatabase = nullptr;
   rules.pendingRoomLabel.clear();
   return device;
 }
