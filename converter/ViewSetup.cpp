@@ -113,7 +113,7 @@ int CDm2017::ConvertToVectorByView(const OdString& name) {
   outputDriver->SetDrawingHeight(height);
   const long right = static_cast<long>(10 * width - 2 * margin);
   const long bottom = static_cast<long>(10 * height - 2 * margin);
-  device.onSize(OdGsDCRect(margin, std::max<long>(right, margin + 1), std::max<long>(bottom, margin + 1), margin));
+  device.onSize(OdGsDCRect(margin, std::max<long>(right, margin + 1), margin, std::max<long>(bottom, margin + 1)));
   if (OdGsView* view = g_pLayoutHelper->activeView()) {
     view->setViewport(OdGePoint2d(0.0, 0.0), OdGePoint2d(1.0, 1.0));
   }

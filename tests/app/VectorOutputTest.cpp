@@ -1,0 +1,118 @@
+// SVG output end to end: the program converts the sample drawing and the corpus drawings, with the
+// default view and with every view ("-ALL"), into well-formed SVG files.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/app/RunProgram.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path SampleDrawing() { return fs::path(DM_SOURCE_DIR) / "samples" / "office.dxf"; }
+
+bool HaveXmllint() { return std::system("xmllint --version >/dev/null 2>&1") == 0; }
+
+bool WellFormed(const fs::path& file) {
+  const std::string command = "xmllint --noout '" + file.string() + "' >/dev/null 2>&1";
+  return std::system(command.c_str()) == 0;
+}
+
+std::set<std::string> SvgFiles(const fs::path& directory) {
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(directory)) {
+    if (entry.path().extension() == ".svg") names.insert(entry.path().filename().string());
+  }
+  return names;
+}
+
+size_t Count(const std::string& text, const std::string& what) {
+  size_t count = 0;
+  for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + what.size())) ++count;
+  return count;
+}
+
+TEST(VectorOutput, SampleBecomesOneSvgWithItsLayersAndGeometry) {
+  ScratchDirectory dir;
+  fs::copy_file(SampleDrawing(), dir.path() / "office.dxf");
+  const ProgramRun run = RunDm2020("office.dxf office.svg -Q", dir.path());
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(SvgFiles(dir.path()), (std::set<std::string>{"office.svg"}));
+  const std::string svg = ReadWholeFile(dir.path() / "office.svg");
+  ASSERT_EQ(svg.rfind("<?xml", 0), 0u);
+  for (const char* layer : {"WALLS", "ROOMS", "DOORS", "DIMENSIONS", "GRID"}) {
+    EXPECT_NE(svg.find("vtrl:layerName=\"" + std::string(layer) + "\""), std::string::npos) << layer;
+  }
+  EXPECT_GT(Count(svg, "<path"), 10u);
+  EXPECT_GT(Count(svg, "<text"), 10u);
+  // Model space only: the paper-space title block is not in it.
+  EXPECT_EQ(svg.find("ROOM SCHEDULE"), std::string::npos);
+  if (HaveXmllint()) {
+    EXPECT_TRUE(WellFormed(dir.path() / "office.svg"));
+  }
+}
+
+TEST(VectorOutput, AllWritesTheLayoutAndTheNamedViewBesideTheFirstFile) {
+  ScratchDirectory dir;
+  fs::copy_file(SampleDrawing(), dir.path() / "office.dxf");
+  const ProgramRun run = RunDm2020("office.dxf office.svg -Q -ALL", dir.path());
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.out.find("Layout Name: Layout1\n"), std::string::npos) << run.out;
+  const std::set<std::string> files = SvgFiles(dir.path());
+  for (const char* name : {"office.svg", "office__Layout01.svg", "office__View01.svg"}) {
+    EXPECT_TRUE(files.count(name)) << name;
+    if (files.count(name) && HaveXmllint()) {
+      EXPECT_TRUE(WellFormed(dir.path() / name)) << name;
+    }
+  }
+  // The layout shows the paper sheet with its title block; the named view shows part of the model.
+  EXPECT_NE(ReadWholeFile(dir.path() / "office__Layout01.svg").find("ROOM SCHEDULE"), std::string::npos);
+  EXPECT_LT(ReadWholeFile(dir.path() / "office__View01.svg").size(), ReadWholeFile(dir.path() / "office__Layout01.svg").size());
+}
+
+TEST(VectorOutput, MissingLayoutWritesNothing) {
+  ScratchDirectory dir;
+  fs::copy_file(SampleDrawing(), dir.path() / "office.dxf");
+  const ProgramRun run = RunDm2020("office.dxf office.svg -Q -LAYOUT=Nowhere", dir.path());
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.out.find("Layout Name Not Found: Nowhere\n"), std::string::npos) << run.out;
+  EXPECT_TRUE(SvgFiles(dir.path()).empty());
+}
+
+// Every corpus drawing, with the default view and with every view: the program ends normally and
+// each file it writes is well-formed XML.
+TEST(VectorOutput, CorpusDrawingsConvertToWellFormedSvg) {
+  const fs::path corpus = fs::path(DM_CORPUS_DIR) / "dxf";
+  if (!fs::is_directory(corpus)) GTEST_SKIP() << "no corpus at " << corpus;
+  if (!HaveXmllint()) GTEST_SKIP() << "xmllint is not installed";
+  std::vector<fs::path> drawings;
+  for (const auto& entry : fs::directory_iterator(corpus)) {
+    if (entry.path().extension() == ".dxf") drawings.push_back(entry.path());
+  }
+  ASSERT_FALSE(drawings.empty());
+  size_t written = 0;
+  for (const fs::path& drawing : drawings) {
+    for (const std::string views : {"", " -ALL"}) {
+      ScratchDirectory dir;
+      std::string arguments = "'";
+      arguments.append(drawing.string()).append("' out.svg -Q").append(views);
+      const ProgramRun run = RunDm2020(arguments, dir.path());
+      const std::string what = drawing.filename().string() + views;
+      EXPECT_EQ(run.status, 0) << what;
+      EXPECT_EQ(run.err, "") << what;
+      for (const std::string& name : SvgFiles(dir.path())) {
+        ++written;
+        EXPECT_TRUE(WellFormed(dir.path() / name)) << what << ": " << name;
+      }
+    }
+  }
+  EXPECT_GT(written, drawings.size());
+}
+
+}  // namespace
