@@ -35,6 +35,13 @@ const std::unordered_map<uint16_t, DwgReaderEntry>& fixedTypes() {
       {17, entity(readDwgArc)},
       {18, entity(readDwgCircle)},
       {19, entity(readDwgLine)},
+      {20, entity(readDwgDimensionOrdinate)},
+      {21, entity(readDwgDimensionLinear)},
+      {22, entity(readDwgDimensionAligned)},
+      {23, entity(readDwgDimensionAngular3Point)},
+      {24, entity(readDwgDimensionAngular2Line)},
+      {25, entity(readDwgDimensionRadius)},
+      {26, entity(readDwgDimensionDiameter)},
       {27, entity(readDwgPoint)},
       {28, entity(readDwgFace)},
       {29, entity(readDwgPolyfaceMesh)},
@@ -81,6 +88,7 @@ const std::unordered_map<uint16_t, DwgReaderEntry>& fixedTypes() {
 const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
   static const std::unordered_map<std::string_view, DwgReaderEntry> table = {
       {"LWPOLYLINE", entity(readDwgLwPolyline)},
+      {"ARC_DIMENSION", entity(readDwgArcDimension)},
       {"DICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},
       {"ACDBDICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},
       {"DICTIONARYVAR", object(readDwgDictionaryVariable)},

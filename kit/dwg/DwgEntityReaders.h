@@ -37,3 +37,12 @@ void readDwgText(DwgObjectContext& c);
 void readDwgAttribute(DwgObjectContext& c);
 void readDwgAttributeDefinition(DwgObjectContext& c);
 void readDwgMText(DwgObjectContext& c);
+
+void readDwgDimensionOrdinate(DwgObjectContext& c);
+void readDwgDimensionLinear(DwgObjectContext& c);
+void readDwgDimensionAligned(DwgObjectContext& c);
+void readDwgDimensionAngular3Point(DwgObjectContext& c);
+void readDwgDimensionAngular2Line(DwgObjectContext& c);
+void readDwgDimensionRadius(DwgObjectContext& c);
+void readDwgDimensionDiameter(DwgObjectContext& c);
+void readDwgArcDimension(DwgObjectContext& c);

@@ -18,7 +18,7 @@ namespace {
 
 // Entity kinds the DWG reader still keeps as proxies.
 const std::set<std::string> kNotReadYet = {
-    "3DSOLID",  "REGION",  "BODY",       "DIMENSION", "ARC_DIMENSION", "LEADER", "MULTILEADER", "HATCH",
+    "3DSOLID",  "REGION",  "BODY",       "LEADER", "MULTILEADER", "HATCH",
     "VIEWPORT", "IMAGE",   "WIPEOUT",    "SHAPE",     "MLINE",         "TOLERANCE", "OLE2FRAME", "ACAD_TABLE",
     "HELIX",    "LIGHT",   "UNDERLAY",   "PDFUNDERLAY", "MESH", "SECTIONOBJECT",
     "EXTRUDEDSURFACE", "LOFTEDSURFACE", "PLANESURFACE", "REVOLVEDSURFACE", "SWEPTSURFACE"};
@@ -152,7 +152,7 @@ std::string withoutUnicodeEscapes(const std::string& value) {
 }
 
 // A field that may differ for a reason of the DXF export. Returns the reason, or null.
-const char* exportDifference(const DumpedEntity& dwg, const DumpedEntity& dxf, const std::string& key) {
+const char* exportDifference(const DumpedEntity& dwg, const DumpedEntity& dxf, const std::string& key, bool oldDxf) {
   auto has = [](const DumpedEntity& e, const char* k) { return e.fields.count(k) != 0; };
   auto get = [](const DumpedEntity& e, const char* k) {
     auto it = e.fields.find(k);
@@ -161,6 +161,12 @@ const char* exportDifference(const DumpedEntity& dwg, const DumpedEntity& dxf, c
   if (key == "xdata" && std::stoi(get(dwg, "xdata").empty() ? "0" : get(dwg, "xdata")) >
                             std::stoi(get(dxf, "xdata").empty() ? "0" : get(dxf, "xdata"))) {
     return "the DXF export leaves out the ACAD application's own extended data";
+  }
+  if (key == "xdata" && dwg.kind == "DIMENSION" && oldDxf && !has(dwg, "xdata")) {
+    return "R13 dimension styles have no DIMAZIN and DIMADEC; the export writes them as overrides in extended data";
+  }
+  if (key == "text" && dwg.kind == "DIMENSION" && get(dwg, "text") == "\" \"" && get(dxf, "text") == "\"\"") {
+    return "the export of entities-2d and entities-3d writes the one-blank text that hides a measurement as empty";
   }
   if (dwg.kind == "SPLINE" && (key == "knots" || key == "control") && get(dwg, "knots") == "0" && has(dwg, "fit")) {
     return "a spline drawn through fit points keeps only those in DWG; the export adds the control points it computes";
@@ -219,6 +225,9 @@ PairOutcome comparePair(const std::string& dwgFile, std::vector<std::string>& pr
       continue;
     }
     ++outcome.compared;
+    // R13 and R14 DXF files cannot hold arc length dimensions: the export writes a block reference.
+    bool arcDimensionAsInsert = !dxfHasLayouts && w.kind == "DIMENSION" && w.fields.at("kind") == "7" && x.kind == "INSERT";
+    if (arcDimensionAsInsert) continue;
     if (w.kind != x.kind) {
       problems.push_back(handle + ": " + w.kind + " vs " + x.kind);
       continue;
@@ -229,7 +238,7 @@ PairOutcome comparePair(const std::string& dwgFile, std::vector<std::string>& pr
     for (const std::string& key : keys) {
       auto a = w.fields.find(key), b = x.fields.find(key);
       bool same = a != w.fields.end() && b != x.fields.end() && sameValue(a->second, b->second);
-      if (same || exportDifference(w, x, key)) continue;
+      if (same || exportDifference(w, x, key, !dxfHasLayouts)) continue;
       problems.push_back(handle + " " + w.kind + " " + key + ": " + (a == w.fields.end() ? "-" : a->second) + " vs " +
                          (b == x.fields.end() ? "-" : b->second));
     }
