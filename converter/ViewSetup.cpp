@@ -1,12 +1,14 @@
 // Setting up the kit for one view: the drawing context and device of the run, the background and
 // palette, the device size, and the vectorization itself.
 #include <algorithm>
+#include <exception>
 #include <fstream>
 #include <string>
 
 #include "converter/CDm2017.h"
 #include "converter/LoadingSupport.h"
 #include "converter/VectorizationObjects.h"
+#include "converter/ViewBackground.h"
 #include "drivers/TRANS_BASE2.h"
 #include "kit/base/OdError.h"
 #include "kit/gs/OdGsPalette.h"
@@ -20,26 +22,6 @@ OdGsLayoutHelperPtr g_pLayoutHelper;
 namespace {
 
 constexpr int kInputDwf = 1000;
-constexpr ODCOLORREF kWhite = ODRGB(255, 255, 255);
-constexpr ODCOLORREF kBlack = ODRGB(0, 0, 0);
-constexpr ODCOLORREF kGrey = ODRGB(0xA8, 0xA8, 0xA8);
-
-struct BackgroundChoice {
-  bool lightPalette;
-  ODCOLORREF device;
-  ODCOLORREF paper;
-};
-
-// The 255 row keeps the dark palette on a white background on purpose: colour 7 stays white in
-// the palette while the page is white.
-BackgroundChoice ChooseBackground(int background, bool modelActiveOrDwf) {
-  switch (background) {
-    case -1: return {true, modelActiveOrDwf ? kWhite : kGrey, kWhite};
-    case 0: return {false, kBlack, kBlack};
-    case 255: return {false, kWhite, kWhite};
-    default: return {true, kGrey, kWhite};
-  }
-}
 
 void PrintKitError(const char* label, const OdError& error) {
   std::string text;
@@ -100,7 +82,7 @@ int CDm2017::ConvertToVectorByView(const OdString& name) {
 
   TraceMessage("Set Background");
   const bool modelActiveOrDwf = g_pDb->getTILEMODE() || inputKind == kInputDwf;
-  const BackgroundChoice choice = ChooseBackground(background, modelActiveOrDwf);
+  const ViewBackground choice = ChooseViewBackground(background, modelActiveOrDwf);
   device.setLogicalPalette(choice.lightPalette ? odcmAcadLightPalette() : odcmAcadDarkPalette(), 256);
   device.setBackgroundColor(choice.device);
   g_pContext->setPaletteBackground(choice.paper);
@@ -119,7 +101,14 @@ int CDm2017::ConvertToVectorByView(const OdString& name) {
   }
 
   TraceMessage("Generate Drawing");
-  device.update();
+  // What was drawn before a kit failure is still written.
+  try {
+    device.update();
+  } catch (const OdError& error) {
+    PrintKitError("ERROR", error);
+  } catch (const std::exception& error) {
+    PrintMessage("ERROR", error.what());
+  }
 
   TraceMessage("Release Layout Helper");
   g_pLayoutHelper.release();
