@@ -3,6 +3,8 @@
 
 #include "kit/db/Entities.h"
 
+class OdDbDatabase;
+
 class DwgObjectContext;
 
 void readDwgLine(DwgObjectContext& c);
@@ -46,3 +48,7 @@ void readDwgDimensionAngular2Line(DwgObjectContext& c);
 void readDwgDimensionRadius(DwgObjectContext& c);
 void readDwgDimensionDiameter(DwgObjectContext& c);
 void readDwgArcDimension(DwgObjectContext& c);
+
+void readDwgViewport(DwgObjectContext& c);
+// Viewports of the active layout get their numbers in block order: 1 is the layout's own.
+void numberDwgViewports(OdDbDatabase& db);

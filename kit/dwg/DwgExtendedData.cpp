@@ -109,8 +109,9 @@ bool readItem(ItemReader& r, int version, const DxfTextDecoder& decoder, TaggedV
       if (!r.has(24)) return false;
       double x = r.f64(), y = r.f64(), z = r.f64();
       out.push_back(TaggedValue::ofReal(1000 + code, x));
-      out.push_back(TaggedValue::ofReal(1020 + code, y));
-      out.push_back(TaggedValue::ofReal(1030 + code, z));
+      // 1010 is followed by 1020 and 1030, 1011 by 1021 and 1031, ...
+      out.push_back(TaggedValue::ofReal(1010 + code, y));
+      out.push_back(TaggedValue::ofReal(1020 + code, z));
       return true;
     }
     case 40: case 41: case 42:

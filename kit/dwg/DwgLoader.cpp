@@ -8,6 +8,7 @@
 #include "kit/dwg/DwgBlockNames.h"
 #include "kit/dwg/DwgCodePages.h"
 #include "kit/dwg/DwgCrc.h"
+#include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgSectionFraming.h"
 
 namespace {
@@ -221,6 +222,7 @@ void DwgLoader::load() {
   finishHeader();
   assemble();
   numberDwgAnonymousBlocks(db, headerHandles_.paperSpaceBlock);
+  numberDwgViewports(db);
   if (failedObjects_ && !options_.recover) report.recovered = false;
   completeDatabase(db);
 }

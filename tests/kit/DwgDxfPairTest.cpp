@@ -19,7 +19,7 @@ namespace {
 // Entity kinds the DWG reader still keeps as proxies.
 const std::set<std::string> kNotReadYet = {
     "3DSOLID",  "REGION",  "BODY",       "LEADER", "MULTILEADER", "HATCH",
-    "VIEWPORT", "IMAGE",   "WIPEOUT",    "SHAPE",     "MLINE",         "TOLERANCE", "OLE2FRAME", "ACAD_TABLE",
+    "IMAGE",   "WIPEOUT",    "SHAPE",     "MLINE",         "TOLERANCE", "OLE2FRAME", "ACAD_TABLE",
     "HELIX",    "LIGHT",   "UNDERLAY",   "PDFUNDERLAY", "MESH", "SECTIONOBJECT",
     "EXTRUDEDSURFACE", "LOFTEDSURFACE", "PLANESURFACE", "REVOLVEDSURFACE", "SWEPTSURFACE"};
 
@@ -113,7 +113,7 @@ void splitNumbers(const std::string& value, std::vector<double>& numbers, std::s
   }
 }
 
-bool sameValue(const std::string& a, const std::string& b) {
+bool sameValue(const std::string& a, const std::string& b, double absolute = 0.0) {
   if (a == b) return true;
   std::vector<double> na, nb;
   std::string sa, sb;
@@ -122,7 +122,7 @@ bool sameValue(const std::string& a, const std::string& b) {
   if (sa != sb || na.size() != nb.size()) return false;
   for (size_t i = 0; i < na.size(); ++i) {
     double scale = std::max({1.0, std::fabs(na[i]), std::fabs(nb[i])});
-    if (std::fabs(na[i] - nb[i]) > 1e-9 * scale) return false;
+    if (std::fabs(na[i] - nb[i]) > std::max(1e-9 * scale, absolute)) return false;
   }
   return true;
 }
@@ -187,9 +187,9 @@ struct PairOutcome {
   size_t dwgOnly = 0;
 };
 
-PairOutcome comparePair(const std::string& dwgFile, std::vector<std::string>& problems) {
-  const std::string dxfFile = dwgFile.substr(0, dwgFile.size() - 4) + ".dxf";
-  OdDbDatabasePtr dwgDb = readDwgFile(corpusPath(dwgFile));
+PairOutcome comparePair(const std::string& file, std::vector<std::string>& problems) {
+  const std::string dxfFile = file.substr(0, file.size() - 4) + ".dxf";
+  OdDbDatabasePtr dwgDb = readDwgFile(corpusPath(file));
   OdDbDatabasePtr dxfDb = readDxfFile(corpusPath(dxfFile));
   Dumped dwg = parse(*dwgDb), dxf = parse(*dxfDb);
   // R14 and older DXF files hold no layouts or block records: the DXF reader makes them.
@@ -237,7 +237,12 @@ PairOutcome comparePair(const std::string& dwgFile, std::vector<std::string>& pr
     for (const auto& f : x.fields) keys.insert(f.first);
     for (const std::string& key : keys) {
       auto a = w.fields.find(key), b = x.fields.find(key);
-      bool same = a != w.fields.end() && b != x.fields.end() && sameValue(a->second, b->second);
+      // The export of PolyLine2D writes viewport sizes and views with six decimals, and numbers
+      // the viewports of every layout where AutoCAD numbers those of the active one only.
+      const bool polyline2d = w.kind == "VIEWPORT" && file == "dwg/2000/PolyLine2D.dwg";
+      if (polyline2d && key == "id") continue;
+      double absolute = polyline2d ? 5e-7 : 0.0;
+      bool same = a != w.fields.end() && b != x.fields.end() && sameValue(a->second, b->second, absolute);
       if (same || exportDifference(w, x, key, !dxfHasLayouts)) continue;
       problems.push_back(handle + " " + w.kind + " " + key + ": " + (a == w.fields.end() ? "-" : a->second) + " vs " +
                          (b == x.fields.end() ? "-" : b->second));
@@ -271,14 +276,15 @@ bool readable(const std::string& dwgFile) {
 // Entities under handles only one side has, because the export wrote some entities again under
 // fresh handles: R13 and R14 DXF files cannot hold tables, arc length dimensions and multileaders,
 // so the export writes them as blocks of simple entities; R13 has no hatch entity either, and the
-// export wrote the lines of the anonymous blocks that stand for hatches again.
+// export wrote the lines of the anonymous blocks that stand for hatches again. Their DXF files
+// also hold only the active layout's paper space, so the other layout's viewport is left out.
 struct Renumbered {
   size_t dxfOnly;
   size_t dwgOnly;
 };
 const std::map<std::string, Renumbered> kRenumberedByExport = {
-    {"dwg/example_r13.dwg", {1308, 1297}},
-    {"dwg/example_r14.dwg", {11, 0}},
+    {"dwg/example_r13.dwg", {1308, 1298}},
+    {"dwg/example_r14.dwg", {11, 1}},
 };
 
 }  // namespace
