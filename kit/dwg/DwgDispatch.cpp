@@ -80,6 +80,7 @@ const std::unordered_map<uint16_t, DwgReaderEntry>& fixedTypes() {
       {75, object(skipObject)},
       {76, object(skipObject)},
       {77, entity(readDwgLwPolyline)},
+      {78, entity(readDwgHatch)},
       {79, object(readDwgXRecord)},
       {82, object(readDwgLayout)},
   };
@@ -90,6 +91,7 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
   static const std::unordered_map<std::string_view, DwgReaderEntry> table = {
       {"LWPOLYLINE", entity(readDwgLwPolyline)},
       {"ARC_DIMENSION", entity(readDwgArcDimension)},
+      {"HATCH", entity(readDwgHatch)},
       {"DICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},
       {"ACDBDICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},
       {"DICTIONARYVAR", object(readDwgDictionaryVariable)},

@@ -52,3 +52,5 @@ void readDwgArcDimension(DwgObjectContext& c);
 void readDwgViewport(DwgObjectContext& c);
 // Viewports of the active layout get their numbers in block order: 1 is the layout's own.
 void numberDwgViewports(OdDbDatabase& db);
+
+void readDwgHatch(DwgObjectContext& c);

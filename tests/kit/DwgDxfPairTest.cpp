@@ -319,3 +319,72 @@ TEST(DwgDxfPairs, ValueComparisonToleratesOnlyRounding) {
   EXPECT_EQ(withoutUnicodeEscapes("\"108\\\\U+00B0C\""), "\"108\u00B0C\"");
   EXPECT_EQ(blockNameBase("\"BLOCK2\""), "\"BLOCK2\"");
 }
+
+namespace {
+
+bool near(double a, double b) { return std::fabs(a - b) <= 1e-9 * std::max({1.0, std::fabs(a), std::fabs(b)}); }
+bool near(const OdGePoint2d& a, const OdGePoint2d& b) { return near(a.x, b.x) && near(a.y, b.y); }
+bool near(const OdGeVector2d& a, const OdGeVector2d& b) { return near(a.x, b.x) && near(a.y, b.y); }
+
+// Everything of two hatches the dump leaves out: loops point by point and edge by edge, the
+// pattern lines, the seed points.
+void compareHatches(const HatchEntity& w, const HatchEntity& x, std::vector<std::string>& problems) {
+  const std::string id = w.handle.toHex() + " ";
+  auto expect = [&](bool same, const std::string& what) {
+    if (!same) problems.push_back(id + what);
+  };
+  expect(near(w.patternAngle, x.patternAngle) && near(w.patternScale, x.patternScale), "pattern angle or scale");
+  expect(w.style == x.style && w.patternType == x.patternType && w.solidFill == x.solidFill, "style or kind");
+  expect(near(w.elevationPoint.z, x.elevationPoint.z), "elevation");
+  expect(w.loops.size() == x.loops.size(), "loop count");
+  for (size_t i = 0; i < std::min(w.loops.size(), x.loops.size()); ++i) {
+    const HatchLoop &a = w.loops[i], &b = x.loops[i];
+    expect(a.flags == b.flags && a.points.size() == b.points.size() && a.edges.size() == b.edges.size() &&
+               a.bulges.size() == b.bulges.size() && a.sourceObjects == b.sourceObjects,
+           "loop " + std::to_string(i) + " shape");
+    for (size_t k = 0; k < std::min(a.points.size(), b.points.size()); ++k) expect(near(a.points[k], b.points[k]), "loop point");
+    for (size_t k = 0; k < std::min(a.bulges.size(), b.bulges.size()); ++k) expect(near(a.bulges[k], b.bulges[k]), "bulge");
+    for (size_t k = 0; k < std::min(a.edges.size(), b.edges.size()); ++k) {
+      const HatchEdge &p = a.edges[k], &q = b.edges[k];
+      expect(p.type == q.type && near(p.start, q.start) && near(p.end, q.end) && near(p.radius, q.radius) &&
+                 near(p.startAngle, q.startAngle) && near(p.endAngle, q.endAngle) && p.counterClockwise == q.counterClockwise,
+             "edge " + std::to_string(k));
+    }
+  }
+  expect(w.patternLines.size() == x.patternLines.size(), "pattern line count");
+  for (size_t i = 0; i < std::min(w.patternLines.size(), x.patternLines.size()); ++i) {
+    const HatchPatternLine &a = w.patternLines[i], &b = x.patternLines[i];
+    bool same = near(a.angle, b.angle) && near(a.basePoint, b.basePoint) && near(a.offset, b.offset) &&
+                a.dashes.size() == b.dashes.size();
+    for (size_t k = 0; same && k < a.dashes.size(); ++k) same = near(a.dashes[k], b.dashes[k]);
+    expect(same, "pattern line " + std::to_string(i));
+  }
+  expect(w.seedPoints.size() == x.seedPoints.size(), "seed points");
+}
+
+}  // namespace
+
+TEST(DwgDxfPairs, HatchesAgreeInDetail) {
+  size_t hatches = 0;
+  std::vector<std::string> problems;
+  for (const std::string& file : pairedDwgFiles()) {
+    if (!readable(file)) continue;
+    OdDbDatabasePtr dwg = readDwgFile(corpusPath(file));
+    OdDbDatabasePtr dxf = readDxfFile(corpusPath(file.substr(0, file.size() - 4) + ".dxf"));
+    for (const BlockRecord* block : dwg->blocks()) {
+      for (const Entity* e : block->entities) {
+        auto* w = dbCast<HatchEntity>(e);
+        auto* x = w ? dxf->findAs<HatchEntity>(w->handle) : nullptr;
+        if (!x) continue;
+        ++hatches;
+        std::vector<std::string> found;
+        compareHatches(*w, *x, found);
+        for (const std::string& f : found) problems.push_back(file + " " + f);
+      }
+    }
+  }
+  std::string all;
+  for (size_t i = 0; i < problems.size() && i < 30; ++i) all += "\n  " + problems[i];
+  EXPECT_TRUE(problems.empty()) << all;
+  EXPECT_GE(hatches, 3u);
+}
