@@ -134,7 +134,8 @@ int64_t DwgBitReader::MC() {
     uint8_t byte = RC();
     if (!(byte & 0x80)) {
       bool negative = (byte & 0x40) != 0;
-      value |= uint64_t(byte & 0x3F) << shift;
+      if (shift < 64) value |= uint64_t(byte & 0x3F) << shift;
+      value &= uint64_t(INT64_MAX);  // more bits than a handle or offset has: damage
       return negative ? -int64_t(value) : int64_t(value);
     }
     if (shift < 64) value |= uint64_t(byte & 0x7F) << shift;

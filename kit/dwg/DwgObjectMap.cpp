@@ -38,7 +38,8 @@ void readDwgObjectMap(std::string_view section, std::vector<DwgMapEntry>& entrie
       if (r.overrun()) break;
       handle += handleStep;
       if (!entries.empty() && handle <= entries.back().handle) sorted = false;
-      offset += offsetStep;
+      // An offset that leaves the range of the file is damage; the next pair starts over.
+      if (__builtin_add_overflow(offset, offsetStep, &offset)) offset = 0;
       if (offset >= 0) entries.push_back({handle, uint64_t(offset)});
     }
     pos += chunk + 2;
