@@ -204,6 +204,7 @@ private:
   // The drawing context and vectorization device of a vector run; 0 when they are ready.
   int StartVectorization();
   void EndVectorization();
+  void RunConvert();
   // View set-up and vectorization of one view.
   int ConvertToVectorByView(const OdString& name);
   int SetView();

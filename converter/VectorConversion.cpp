@@ -1,12 +1,17 @@
 // Vector output: the output driver for the format, the settings handed to it, and one output file
 // per view chosen by Convert.
 #include <algorithm>
+#include <exception>
+#include <iostream>
 #include <memory>
+#include <string>
 
 #include "converter/CDm2017.h"
 #include "converter/DrawingUnits.h"
 #include "drivers/TRANS_BASE2.h"
 #include "drivers/svg/DRAWSVG.h"
+#include "kit/base/OdError.h"
+#include "projects/common/CommonRoutines.h"
 #include "services/Trace.h"
 #include "vectorizer/OutputDriverPointer.h"
 #include "vectorizer/ViewportExtents.h"
@@ -41,15 +46,26 @@ int CDm2017::ConvertToVector(int format) {
   outputDriver->FixOutputName(fixedName);
   HandOverSettings(format);
 
-  const int started = StartVectorization();
-  if (started == 0) {
+  if (StartVectorization() == 0) {
     outputDriver->BeginConversion();
-    Convert();
+    RunConvert();
     outputDriver->EndConversion();
   }
   EndConversion();
   EndVectorization();
   return 0;
+}
+
+// A kit failure outside a view's own set-up ends the run; the files written so far stay.
+void CDm2017::RunConvert() {
+  try {
+    Convert();
+  } catch (const OdError& error) {
+    std::string text;
+    std::cout << "Teigha Error: " << OdStringToUtf8(text, error.description()) << "\n\n" << std::flush;
+  } catch (const std::exception& error) {
+    PrintMessage("ERROR", error.what());
+  }
 }
 
 int CDm2017::ConvertView(const OdString& name, int kind, bool first) {
