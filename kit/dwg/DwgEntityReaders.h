@@ -54,3 +54,9 @@ void readDwgViewport(DwgObjectContext& c);
 void numberDwgViewports(OdDbDatabase& db);
 
 void readDwgHatch(DwgObjectContext& c);
+
+void readDwgImage(DwgObjectContext& c);
+void readDwgWipeout(DwgObjectContext& c);
+void readDwgLeader(DwgObjectContext& c);
+void readDwgTolerance(DwgObjectContext& c);
+void readDwgMLine(DwgObjectContext& c);

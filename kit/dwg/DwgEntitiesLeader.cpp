@@ -1,0 +1,55 @@
+// LEADER and TOLERANCE: annotation entities that take their look from a dimension style.
+#include "kit/dwg/DwgEntityReaders.h"
+#include "kit/dwg/DwgLoader.h"
+
+void readDwgLeader(DwgObjectContext& c) {
+  auto* e = c.newEntity<LeaderEntity>();
+  DwgBitReader& d = c.d;
+  d.B();  // unknown
+  e->annotationType = d.BS();
+  e->pathType = d.BS();
+  uint32_t n = c.boundedCount(d.BL(), 6);
+  e->vertices.reserve(n);
+  for (uint32_t i = 0; i < n && !d.overrun(); ++i) e->vertices.push_back(d.point3BD());
+  d.point3BD();  // plane origin
+  e->normal = d.vector3BD();
+  e->horizontalDirection = d.vector3BD();
+  e->blockOffset = d.vector3BD();
+  if (c.atLeast(kDwgR14)) e->annotationOffset = d.vector3BD();
+  if (c.before(kDwgR2000)) d.BD();  // text gap
+  e->textHeight = d.BD();
+  e->textWidth = d.BD();
+  e->hooklineOppositeDirection = !d.B();  // the file says whether the hook line runs along x
+  e->hasArrowhead = d.B();
+  if (c.before(kDwgR2000)) {
+    d.BS();  // arrowhead kind
+    d.BD();  // arrowhead size
+    d.B();
+    d.B();
+    d.BS();
+    e->overrideColor = OdCmEntityColor::fromACI(d.BS());
+    d.B();
+    d.B();
+  } else {
+    d.BS();
+    d.B();
+    d.B();
+  }
+  e->annotation = c.s.handle();
+  e->style = c.dimStyle(c.s.handle());
+}
+
+void readDwgTolerance(DwgObjectContext& c) {
+  auto* e = c.newEntity<ToleranceEntity>();
+  DwgBitReader& d = c.d;
+  if (c.before(kDwgR2000)) {
+    d.BS();  // unknown
+    d.BD();  // height
+    d.BD();  // gap
+  }
+  e->position = d.point3BD();
+  e->direction = d.vector3BD();
+  e->normal = d.vector3BD();
+  e->text = c.s.text();
+  e->style = c.dimStyle(c.s.handle());
+}
