@@ -96,6 +96,7 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
       {"ARC_DIMENSION", entity(readDwgArcDimension)},
       {"HATCH", entity(readDwgHatch)},
       {"IMAGE", entity(readDwgImage)},
+      {"HELIX", entity(readDwgHelix)},
       {"WIPEOUT", entity(readDwgWipeout)},
       {"DICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},
       {"ACDBDICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},

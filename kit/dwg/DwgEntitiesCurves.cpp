@@ -1,5 +1,5 @@
 // Curves and simple faces: LINE, POINT, CIRCLE, ARC, ELLIPSE, RAY, XLINE, SOLID, TRACE,
-// 3DFACE, LWPOLYLINE and SPLINE.
+// 3DFACE, LWPOLYLINE, SPLINE and HELIX.
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
 
@@ -193,4 +193,20 @@ void readDwgSplineData(DwgObjectContext& c, SplineData& s) {
 void readDwgSpline(DwgObjectContext& c) {
   auto* e = c.newEntity<SplineEntity>();
   readDwgSplineData(c, *e);
+}
+
+void readDwgHelix(DwgObjectContext& c) {
+  auto* e = c.newEntity<HelixEntity>();
+  readDwgSplineData(c, *e);
+  DwgBitReader& d = c.d;
+  d.BS();  // major version
+  d.BS();  // maintenance version
+  e->axisBasePoint = d.point3BD();
+  e->startPoint = d.point3BD();
+  e->axisVector = d.vector3BD();
+  e->radius = d.BD();
+  e->turns = d.BD();
+  e->turnHeight = d.BD();
+  e->rightHanded = d.B();
+  e->constraint = d.RC();
 }

@@ -19,6 +19,7 @@ void readDwgTrace(DwgObjectContext& c);
 void readDwgFace(DwgObjectContext& c);
 void readDwgLwPolyline(DwgObjectContext& c);
 void readDwgSpline(DwgObjectContext& c);
+void readDwgHelix(DwgObjectContext& c);
 // The B-spline part SPLINE and HELIX share.
 void readDwgSplineData(DwgObjectContext& c, SplineData& s);
 

@@ -128,6 +128,12 @@ Ours oursOf(const Entity& e) {
       for (const OdGePoint3d& q : s->controlPoints) addPoint(o.numbers["ControlPoints"], q);
       o.numbers["Knots"] = s->knots;
     }
+  } else if (auto* h = dbCast<HelixEntity>(&e)) {
+    addPoint(o.numbers["Position"], h->axisBasePoint);
+    o.numbers["TopRadius"] = {h->radius};
+    o.numbers["BaseRadius"] = {(h->startPoint - h->axisBasePoint).length()};
+    o.numbers["Turns"] = {h->turns};
+    o.numbers["TurnHeight"] = {h->turnHeight};
   } else if (auto* t = dbCast<TextEntity>(&e)) {
     textProperties(*t, o);
   } else if (auto* ad = dbCast<AttributeDefinitionEntity>(&e)) {

@@ -19,7 +19,7 @@ namespace {
 // Entity kinds the DWG reader still keeps as proxies.
 const std::set<std::string> kNotReadYet = {
     "3DSOLID",  "REGION",  "BODY", "MULTILEADER", "SHAPE", "OLE2FRAME", "ACAD_TABLE",
-    "HELIX",    "LIGHT",   "UNDERLAY",   "PDFUNDERLAY", "MESH", "SECTIONOBJECT",
+    "LIGHT",   "UNDERLAY",   "PDFUNDERLAY", "MESH", "SECTIONOBJECT",
     "EXTRUDEDSURFACE", "LOFTEDSURFACE", "PLANESURFACE", "REVOLVEDSURFACE", "SWEPTSURFACE"};
 
 struct DumpedEntity {
