@@ -82,7 +82,7 @@ protected:
   void PrepareFile();
   void WriteHeader(const DrvView& view);
   void WriteTrailer();
-  OdString NextFileStem(const DrvView& view, bool keepFirstName, bool& handledEntry, bool& wroteFile);
+  OdString NextFileStem(const DrvView& view, bool keepFirstName, bool& handledEntry);
   SvgCoordinates PageCoordinates() const;
   void FlushIfLarge();
   void AppendElementId(const char* element);
@@ -128,6 +128,9 @@ protected:
   bool m_nodeFlag = false;
   OdString m_baseDrawingName;
   int m_layoutCounter = 0;
+  // Files written so far in this conversion: every view after the first gets a suffix, so that the
+  // views of one run never overwrite each other.
+  int m_filesWritten = 0;
   int m_viewCounter = 0;
   int m_pageCounter = 0;
   std::string m_colourClass;        // "red", "rgb(12,34,56)"

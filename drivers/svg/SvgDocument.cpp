@@ -261,11 +261,11 @@ void DRAWSVG::WriteTrailer() {
   TraceMessage("Done With SVG Trailer");
 }
 
-OdString DRAWSVG::NextFileStem(const DrvView& view, bool keepFirstName, bool& handledEntry, bool& wroteFile) {
+OdString DRAWSVG::NextFileStem(const DrvView& view, bool keepFirstName, bool& handledEntry) {
   OdString stem = m_baseDrawingName;
-  bool first = &view == &m_views.front();
+  bool first = m_filesWritten == 0 && !handledEntry;
   bool renamed = !keepFirstName || handledEntry;
-  bool separate = wroteFile || view.kind == kViewLayout || view.kind == kViewNamed;
+  bool separate = m_filesWritten > 0 || view.kind == kViewLayout || view.kind == kViewNamed;
   handledEntry = true;
   if (first || !renamed || !separate) return stem;
   switch (view.kind) {
@@ -291,7 +291,6 @@ int DRAWSVG::OutputDrawing(bool keepFirstName) {
     if (m_baseDrawingName.isEmpty()) m_baseDrawingName = WithoutExtension(m_outputFileName);
 
     bool handledEntry = false;
-    bool wroteFile = false;
     for (DrvView& view : m_views) {
       m_currentView = &view;
       SelectView(view);
@@ -300,12 +299,12 @@ int DRAWSVG::OutputDrawing(bool keepFirstName) {
         TraceMessage("Empty View", EmptyViewLabel(view, own));
         continue;
       }
-      OdString stem = NextFileStem(view, keepFirstName, handledEntry, wroteFile);
+      OdString stem = NextFileStem(view, keepFirstName, handledEntry);
       if (!m_breakByLayer) {
         TraceMessage("Open Output File", stem);
         m_outputFileName = stem;
         if (!OpenOutputFile(Utf8(stem) + ".svg")) return 0;
-        wroteFile = true;
+        ++m_filesWritten;
         PrepareFile();
         WriteHeader(view);
       }

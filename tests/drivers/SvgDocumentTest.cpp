@@ -30,11 +30,12 @@ TEST_F(SvgDocument, FileNamesPerViewKind) {
     int kind;
     const char* file;
   };
-  // One view after the other, as the converter drives them, without keeping the first name.
+  // One view after the other, as the converter drives them, without keeping the first name: only
+  // the first file takes the bare name, so no view overwrites another.
   const Case cases[] = {
-      {L"Model", kViewModelSpace, "plan.svg"},          {L"Paper", kViewPaperSpace, "plan.svg"},
+      {L"Model", kViewModelSpace, "plan.svg"},          {L"Paper", kViewPaperSpace, "plan__PaperSpace.svg"},
       {L"Layout1", kViewLayout, "plan__Layout01.svg"},  {L"Layout2", kViewLayout, "plan__Layout02.svg"},
-      {L"North", kViewNamed, "plan__View01.svg"},       {L"Last", kViewLastSaved, "plan.svg"},
+      {L"North", kViewNamed, "plan__View01.svg"},       {L"Last", kViewLastSaved, "plan__LastSavedView.svg"},
   };
   for (const Case& c : cases) {
     std::filesystem::remove(Path(c.file));
