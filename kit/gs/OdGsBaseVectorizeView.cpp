@@ -158,7 +158,7 @@ void OdGsBaseVectorizeViewDef::removeViewportClipRegion() {
 
 void OdGsBaseVectorizeViewDef::setPaperPlacement(const OdGsView* paperView, const OdGePoint2d& paperMin,
                                                  const OdGePoint2d& paperMax, std::vector<OdGePoint2d> paperClip) {
-  paperView_ = paperView == this ? nullptr : paperView;
+  paperView_ = paperView == this ? nullptr : paperView;  // a view never places itself
   paperMin_ = paperMin;
   paperMax_ = paperMax;
   paperClip_ = std::move(paperClip);

@@ -83,7 +83,7 @@ public:
   // that it stays right when the device is resized or the paper view zoomed. Not owned.
   void setPaperPlacement(const OdGsView* paperView, const OdGePoint2d& paperMin, const OdGePoint2d& paperMax,
                          std::vector<OdGePoint2d> paperClip = {});
-  const OdGsView* paperView() const { return paperView_; }
+  const OdGsView* paperView() const { return paperView_.get(); }
   // Linetype patterns of model space are divided by this factor (PSLTSCALE in a viewport).
   void setLinetypeScaleFactor(double factor) { linetypeFactor_ = factor; }
   double linetypeScaleFactor() const { return linetypeFactor_; }
@@ -154,7 +154,7 @@ private:
   std::vector<int> clipCounts_;
   std::vector<OdGePoint2d> clipVertices_;
   std::vector<const LayerRecord*> frozen_;
-  const OdGsView* paperView_ = nullptr;
+  OdSmartPtr<const OdGsView> paperView_;
   OdGePoint2d paperMin_;
   OdGePoint2d paperMax_;
   std::vector<OdGePoint2d> paperClip_;
