@@ -70,10 +70,11 @@ void DwgLoader::assemble() {
     if (!polyline && !reference) continue;
     auto owned = owned_.find(o);
     std::vector<uint32_t> parts = ordered(o->handle, owned == owned_.end() ? nullptr : &owned->second);
+    if (polyline) polyline->vertices.reserve(parts.size());
     for (uint32_t index : parts) {
       const DwgObjectState& s = states_[index];
       if (polyline && s.role == DwgRole::kVertex) {
-        polyline->vertices.push_back(vertices_[s.vertex]);
+        polyline->vertices.push_back(std::move(vertices_[s.vertex]));
       } else if (auto* attribute = dbCast<AttributeEntity>(s.object); reference && attribute) {
         reference->attributes.push_back(attribute);
       } else {
@@ -81,6 +82,9 @@ void DwgLoader::assemble() {
       }
     }
   }
+
+  // Every vertex now lives in its polyline.
+  std::vector<PolylineVertex>().swap(vertices_);
 
   size_t placed = 0;
   for (BlockRecord* block : db.blocks()) {

@@ -90,6 +90,7 @@ bool readGroup(RawValues& r, DwgObjectContext& c, TaggedValues& out) {
       size_t n = r.le(1);
       if (!r.has(n)) return false;
       static const char kHex[] = "0123456789ABCDEF";
+      v.text.reserve(2 * n);
       for (const uint8_t* b = r.take(n), *end = b + n; b < end; ++b) {
         v.text += kHex[*b >> 4];
         v.text += kHex[*b & 15];
@@ -135,4 +136,6 @@ void readDwgXRecord(DwgObjectContext& c) {
       break;
     }
   }
+  // Drawings hold thousands of xrecords: their values should not keep the growth reserve.
+  x->values.shrink_to_fit();
 }
