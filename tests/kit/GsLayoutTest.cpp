@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "kit/base/OdError.h"
+#include "kit/gs/EntityOutline.h"
 #include "kit/gs/GeomExtents.h"
 #include "tests/kit/GsTestSupport.h"
 
@@ -239,6 +240,30 @@ TEST(GsCorpus, EveryLayoutOfEveryDrawingIsDrawnWithoutFailure) {
   EXPECT_GT(drawings, 0u);
   EXPECT_GE(layouts, 2 * drawings);
   EXPECT_GT(primitives, 100 * drawings);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(GsClipOutline, HiddenCircleStillGivesItsLoopAndStaysHidden) {
+  OdDbDatabasePtr db = emptyDrawing();
+  LayerRecord* hidden = db->layerNamed("Boundaries");
+  hidden->setIsOff(true);
+  hidden->setIsFrozen(true);
+  CircleEntity* circle = addEntity<CircleEntity>(*db, *db->paperSpace(), hidden);
+  circle->center = {10, 20, 0};
+  circle->radius = 5;
+  circle->entityFlags = Entity::kInvisible;
+  std::vector<OdGePoint2d> loop = entityOutline(*db, *circle, 0.01);
+  ASSERT_GE(loop.size(), 16u);
+  for (const OdGePoint2d& p : loop) EXPECT_NEAR(p.distanceTo({10, 20}), 5, 0.011);
+  EXPECT_GT(loop.front().distanceTo(loop.back()), 1e-9);  // not closed by a repeated point
+  EXPECT_TRUE(hidden->isOff());
+  EXPECT_TRUE(hidden->isFrozen());
+  EXPECT_FALSE(circle->isVisible());
+  LineEntity* line = addLine(*db, *db->paperSpace(), {0, 0, 0}, {1, 1, 0});
+  EXPECT_TRUE(entityOutline(*db, *line, 0.01).empty());
 }
 
 }  // namespace
