@@ -82,7 +82,7 @@ int32_t DwgBitReader::BL() {
 }
 
 uint64_t DwgBitReader::BLL() {
-  unsigned length = B3();
+  unsigned length = unsigned(bits(3));  // three plain bits, unlike the stop-at-zero B3
   uint64_t value = 0;
   for (unsigned i = 0; i < length; ++i) value |= bits(8) << (8 * i);
   return value;

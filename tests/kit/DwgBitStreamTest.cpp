@@ -1,0 +1,264 @@
+// The bit-level pieces every release shares and the ones later releases add: bit-coded
+// numbers, handle references, UTF-16 and code page strings, and the way an object's bits split
+// into values, strings and handles (R2000: a bit size; R2007: strings found back from the
+// handles; R2010: handle bits in the object's size prefix and a new type encoding).
+// Objects are built here bit by bit, so these run without any file of those releases.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "kit/dwg/DwgBitReader.h"
+#include "kit/dwg/DwgCrc.h"
+#include "kit/dwg/DwgObjectFrame.h"
+#include "kit/dwg/DwgSectionFraming.h"
+#include "kit/dwg/DwgStreams.h"
+#include "kit/dxf/DxfTextDecoder.h"
+
+namespace {
+
+// Writes bits high bit first, the way DWG files are read.
+class BitWriter {
+public:
+  void bits(uint64_t value, unsigned count) {
+    for (unsigned i = count; i-- > 0;) bit((value >> i) & 1);
+  }
+  void bit(bool b) {
+    if (pos_ % 8 == 0) bytes_.push_back(0);
+    if (b) bytes_.back() |= uint8_t(0x80 >> (pos_ % 8));
+    ++pos_;
+  }
+  void RC(uint8_t v) { bits(v, 8); }
+  void RS(uint16_t v) { RC(uint8_t(v)), RC(uint8_t(v >> 8)); }
+  void RL(uint32_t v) { RS(uint16_t(v)), RS(uint16_t(v >> 16)); }
+  void RD(double d) {
+    uint64_t raw;
+    std::memcpy(&raw, &d, 8);
+    for (int i = 0; i < 8; ++i) RC(uint8_t(raw >> (8 * i)));
+  }
+  void BS(int16_t v) { bits(0, 2), RS(uint16_t(v)); }
+  void BL(int32_t v) { bits(0, 2), RL(uint32_t(v)); }
+  void BD(double d) { bits(0, 2), RD(d); }
+  void H(uint8_t code, uint64_t value) {
+    int n = 0;
+    for (uint64_t v = value; v; v >>= 8) ++n;
+    bits(code, 4), bits(uint64_t(n), 4);
+    for (int i = n - 1; i >= 0; --i) RC(uint8_t(value >> (8 * i)));
+  }
+  void TU(const std::u16string& s) {
+    BS(int16_t(s.size()));
+    for (char16_t c : s) RS(uint16_t(c));
+  }
+  void T(const std::string& s) {
+    BS(int16_t(s.size()));
+    for (char c : s) RC(uint8_t(c));
+  }
+  size_t position() const { return pos_; }
+  void padTo(size_t bit) {
+    while (pos_ < bit) this->bit(false);
+  }
+  const std::vector<uint8_t>& bytes() const { return bytes_; }
+
+private:
+  std::vector<uint8_t> bytes_;
+  size_t pos_ = 0;
+};
+
+DwgBitReader readerOf(const std::vector<uint8_t>& bytes) { return DwgBitReader(bytes.data(), bytes.size()); }
+
+}  // namespace
+
+TEST(DwgBitStream, CompactNumbersDecode) {
+  // 257, 0, 256, 15 and 0 as bit shorts: 00 and a raw short, 10, 11, 01 and a byte, 10.
+  const std::vector<uint8_t> example = {0x00, 0x40, 0x6D, 0x0F, 0x80};
+  DwgBitReader r = readerOf(example);
+  for (int16_t expected : {257, 0, 256, 15, 0}) EXPECT_EQ(r.BS(), expected);
+  EXPECT_FALSE(r.overrun());
+
+  BitWriter w;
+  w.bits(1, 2), w.RC(200);             // BL from one byte
+  w.bits(2, 2);                        // BL zero
+  w.bits(1, 2);                        // BD one
+  w.bits(2, 2);                        // BD zero
+  w.bits(0b010, 3), w.RC(0x34), w.RC(0x12);  // BLL: a length of two bytes in three plain bits
+  w.bits(1, 2), w.RC(0x20);            // object type: 0x1F0 + 0x20
+  w.bits(2, 2), w.RS(0x0321);          // object type as a raw short
+  r = readerOf(w.bytes());
+  EXPECT_EQ(r.BL(), 200);
+  EXPECT_EQ(r.BL(), 0);
+  EXPECT_EQ(r.BD(), 1.0);
+  EXPECT_EQ(r.BD(), 0.0);
+  EXPECT_EQ(r.BLL(), 0x1234u);
+  EXPECT_EQ(r.OT(), 0x210);
+  EXPECT_EQ(r.OT(), 0x321);
+  EXPECT_FALSE(r.overrun());
+}
+
+TEST(DwgBitStream, ModularNumbersAndDefaults) {
+  struct Case {
+    std::vector<uint8_t> bytes;
+    int64_t mc;
+  };
+  const Case cases[] = {
+      {{0x05}, 5},
+      {{0x45}, -5},
+      {{0x82, 0x24}, 4610},      // 2 + (0x24 << 7)
+      {{0xE9, 0x97, 0xE6, 0x35}, 112823273},
+      {{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x3F}, INT64_MAX},  // damage stays in range
+  };
+  for (const Case& c : cases) EXPECT_EQ(readerOf(c.bytes).MC(), c.mc) << c.mc;
+  EXPECT_EQ(readerOf({0x31, 0xF4, 0x8D, 0x00}).MS(), 0x8DU << 15 | 0x7431);
+
+  BitWriter w;
+  w.bits(0, 2);                        // DD: the default
+  w.bits(1, 2), w.RL(0x11223344);      // DD: the low four bytes replaced
+  w.bits(3, 2), w.RD(-2.5);            // DD: a whole double
+  DwgBitReader r = readerOf(w.bytes());
+  EXPECT_EQ(r.DD(7.0), 7.0);
+  double patched = r.DD(1.0);
+  uint64_t raw;
+  std::memcpy(&raw, &patched, 8);
+  EXPECT_EQ(raw, 0x3FF0000011223344ULL);
+  EXPECT_EQ(r.DD(1.0), -2.5);
+}
+
+TEST(DwgBitStream, ReadsPastTheEndYieldZeroAndAreNoted) {
+  const std::vector<uint8_t> bytes = {0xFF};
+  DwgBitReader r = readerOf(bytes);
+  (void)r.RL();  // the byte there, then nothing
+  EXPECT_TRUE(r.overrun());
+  EXPECT_EQ(r.BD(), 0.0);
+  std::string out;
+  r.rawBytes(1000, out);
+  EXPECT_TRUE(out.empty());
+}
+
+TEST(DwgBitStream, HandleReferencesResolveAgainstTheObject) {
+  struct Case {
+    uint8_t code;
+    uint64_t value;
+    uint64_t expected;
+  };
+  const Case cases[] = {
+      {0x2, 0x1F, 0x1F}, {0x5, 0xABCDEF, 0xABCDEF},  // owner and pointer references: absolute
+      {0x6, 0, 0x101}, {0x8, 0, 0xFF},                // the next and the previous handle
+      {0xA, 0x10, 0x110}, {0xC, 0x10, 0xF0},          // forward and backward offsets
+  };
+  for (const Case& c : cases) {
+    BitWriter w;
+    w.H(c.code, c.value);
+    DwgStreams s(kDwgR2000, nullptr);
+    s.data = readerOf(w.bytes());
+    s.setReferenceHandle(0x100);
+    EXPECT_EQ(s.handleFrom(s.data).value(), c.expected) << int(c.code);
+  }
+}
+
+TEST(DwgBitStream, TextsByRelease) {
+  // UTF-16 with a surrogate pair and a lone surrogate, which becomes U+FFFD.
+  std::string out;
+  const uint8_t units[] = {0x41, 0x00, 0x3D, 0xD8, 0x00, 0xDE, 0x00, 0xD8, 0x42, 0x00};
+  appendUtf16AsUtf8(units, 5, out);
+  EXPECT_EQ(out, "A\xF0\x9F\x98\x80\xEF\xBF\xBD" "B");
+
+  // Before R2007, code page bytes decoded once; R2007 and later, UTF-16.
+  DxfTextDecoder decoder;
+  decoder.setCodePage("ANSI_1252");
+  BitWriter old;
+  old.T(std::string("108\xB0", 4));
+  DwgStreams r2000(kDwgR2000, &decoder);
+  r2000.data = readerOf(old.bytes());
+  EXPECT_EQ(r2000.text(), "108\xC2\xB0");
+
+  BitWriter unicode;
+  unicode.TU(u"Gr\u00FC\u00DFe");
+  DwgStreams r2007(kDwgR2007, &decoder);
+  r2007.data = readerOf(unicode.bytes());
+  EXPECT_EQ(r2007.text(), "Gr\xC3\xBC\xC3\x9F" "e");
+}
+
+namespace {
+
+// An object of the given release: size prefix, type, handle, no extended data, a bit double,
+// one text, then a handle reference; returns the bytes and the handle stream's start.
+std::vector<uint8_t> objectBytes(int version, uint16_t type) {
+  BitWriter body;
+  if (version >= kDwgR2010) body.bits(2, 2), body.RS(type);
+  else body.BS(int16_t(type));
+  size_t bitSizeAt = body.position();
+  if (version >= kDwgR2000 && version < kDwgR2010) body.RL(0);  // patched below
+  body.H(0, 0x2A);   // the object's handle
+  body.BS(0);        // no extended data
+  body.BD(12.5);
+  BitWriter strings;
+  strings.TU(u"\u00C5land");
+  if (version < kDwgR2007) body.T("Aland");
+  size_t stringBits = 0;
+  if (version >= kDwgR2007) {
+    // Strings, then their size in bits and the flag that they are present, end the values.
+    for (size_t i = 0; i < strings.position(); ++i) body.bit((strings.bytes()[i / 8] >> (7 - i % 8)) & 1);
+    stringBits = strings.position();
+    body.RS(uint16_t(stringBits));
+    body.bit(true);
+  }
+  size_t handleStart = body.position();
+  body.H(0x4, 0x1F);
+  std::vector<uint8_t> data = body.bytes();
+  if (version >= kDwgR2000 && version < kDwgR2010) {
+    // Write the bit size into its place.
+    BitWriter patched;
+    for (size_t i = 0; i < body.position(); ++i) {
+      bool b = (data[i / 8] >> (7 - i % 8)) & 1;
+      if (i >= bitSizeAt && i < bitSizeAt + 32) b = (uint32_t(handleStart) >> (8 * ((i - bitSizeAt) / 8)) >> (7 - (i - bitSizeAt) % 8)) & 1;
+      patched.bit(b);
+    }
+    data = patched.bytes();
+  }
+  BitWriter prefix;
+  prefix.RS(uint16_t(data.size()));  // a modular short below 0x8000 is a plain short
+  if (version >= kDwgR2010) prefix.RC(uint8_t(data.size() * 8 - handleStart));  // handle bits, one modular char
+  std::vector<uint8_t> out = prefix.bytes();
+  out.insert(out.end(), data.begin(), data.end());
+  uint16_t crc = dwgCrc16(0xC0C1, out.data(), out.size());
+  out.push_back(uint8_t(crc));
+  out.push_back(uint8_t(crc >> 8));
+  return out;
+}
+
+}  // namespace
+
+TEST(DwgBitStream, ObjectsSplitIntoValuesStringsAndHandlesByRelease) {
+  for (int version : {int(kDwgR2000), int(kDwgR2007), int(kDwgR2010), int(kDwgR2013), int(kDwgR2018)}) {
+    SCOPED_TRACE(version);
+    const std::vector<uint8_t> bytes = objectBytes(version, 0x1F5);
+    DxfTextDecoder decoder;
+    DwgStreams s(version, &decoder);
+    DwgObjectFrame frame;
+    bool crcOk = false;
+    std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    ASSERT_EQ(openDwgObject({view, 0}, s, frame, crcOk), DwgFrameResult::kOk);
+    EXPECT_TRUE(crcOk);
+    EXPECT_EQ(frame.type, 0x1F5);
+    frame.handle = s.handleFrom(s.data);
+    EXPECT_EQ(frame.handle.value(), 0x2Au);
+    EXPECT_EQ(s.data.BS(), 0);
+    EXPECT_EQ(s.data.BD(), 12.5);
+    EXPECT_EQ(s.text(), version >= kDwgR2007 ? "\xC3\x85land" : "Aland");
+    s.setReferenceHandle(0x2A);
+    EXPECT_EQ(s.handle().value(), 0x1Fu);
+    EXPECT_FALSE(s.overrun());
+  }
+}
+
+TEST(DwgBitStream, ObjectsOutsideTheirSectionAreRefused) {
+  std::vector<uint8_t> bytes = objectBytes(kDwgR2000, 19);
+  DwgStreams s(kDwgR2000, nullptr);
+  DwgObjectFrame frame;
+  bool crcOk = true;
+  std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  EXPECT_EQ(openDwgObject({view, bytes.size()}, s, frame, crcOk), DwgFrameResult::kOutside);
+  EXPECT_EQ(openDwgObject({view.substr(0, 6), 0}, s, frame, crcOk), DwgFrameResult::kOutside);
+  bytes[3] ^= 0x40;  // damage inside the object: read, but its check sum fails
+  view = std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  EXPECT_EQ(openDwgObject({view, 0}, s, frame, crcOk), DwgFrameResult::kOk);
+  EXPECT_FALSE(crcOk);
+}
