@@ -97,6 +97,7 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
       {"HATCH", entity(readDwgHatch)},
       {"IMAGE", entity(readDwgImage)},
       {"HELIX", entity(readDwgHelix)},
+      {"ACAD_TABLE", entity(readDwgTable)},
       {"WIPEOUT", entity(readDwgWipeout)},
       {"DICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},
       {"ACDBDICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},

@@ -19,27 +19,6 @@ void readDwgSequenceEnd(DwgObjectContext& c) { c.role = DwgRole::kSequenceEnd; }
 
 namespace {
 
-OdGeVector3d readInsertScale(DwgObjectContext& c) {
-  DwgBitReader& d = c.d;
-  if (c.before(kDwgR2000)) return {d.BD(), d.BD(), d.BD()};
-  switch (d.BB()) {
-    case 3: return {1.0, 1.0, 1.0};
-    case 1: {
-      double y = d.DD(1.0);
-      return {1.0, y, d.DD(1.0)};
-    }
-    case 2: {
-      double x = d.RD();
-      return {x, x, x};
-    }
-    default: {
-      double x = d.RD();
-      double y = d.DD(x);
-      return {x, y, d.DD(x)};
-    }
-  }
-}
-
 // Sub-objects of a complex entity: first and last before R2004, all of them after; then SEQEND.
 DwgOwnedObjects readOwnedHandles(DwgObjectContext& c, int32_t ownedCount, bool hasSequence) {
   DwgOwnedObjects owned;
@@ -60,7 +39,7 @@ void readInsert(DwgObjectContext& c, bool array) {
   auto* e = c.newEntity<BlockReferenceEntity>();
   DwgBitReader& d = c.d;
   e->position = d.point3BD();
-  e->scale = readInsertScale(c);
+  e->scale = readDwgInsertScale(c);
   e->rotation = d.BD();
   e->normal = d.vector3BD();
   bool hasAttributes = d.B();
@@ -99,6 +78,27 @@ PolylineVertex& newVertex(DwgObjectContext& c) {
 }
 
 }  // namespace
+
+OdGeVector3d readDwgInsertScale(DwgObjectContext& c) {
+  DwgBitReader& d = c.d;
+  if (c.before(kDwgR2000)) return {d.BD(), d.BD(), d.BD()};
+  switch (d.BB()) {
+    case 3: return {1.0, 1.0, 1.0};
+    case 1: {
+      double y = d.DD(1.0);
+      return {1.0, y, d.DD(1.0)};
+    }
+    case 2: {
+      double x = d.RD();
+      return {x, x, x};
+    }
+    default: {
+      double x = d.RD();
+      double y = d.DD(x);
+      return {x, y, d.DD(x)};
+    }
+  }
+}
 
 void readDwgInsert(DwgObjectContext& c) { readInsert(c, false); }
 void readDwgMInsert(DwgObjectContext& c) { readInsert(c, true); }

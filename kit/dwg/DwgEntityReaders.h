@@ -26,6 +26,8 @@ void readDwgSplineData(DwgObjectContext& c, SplineData& s);
 void readDwgBlockBegin(DwgObjectContext& c);
 void readDwgBlockEnd(DwgObjectContext& c);
 void readDwgSequenceEnd(DwgObjectContext& c);
+// The scale of a block reference: three bit doubles before R2000, then a flag for the common cases.
+OdGeVector3d readDwgInsertScale(DwgObjectContext& c);
 void readDwgInsert(DwgObjectContext& c);
 void readDwgMInsert(DwgObjectContext& c);
 void readDwgPolyline2d(DwgObjectContext& c);
@@ -61,3 +63,4 @@ void readDwgWipeout(DwgObjectContext& c);
 void readDwgLeader(DwgObjectContext& c);
 void readDwgTolerance(DwgObjectContext& c);
 void readDwgMLine(DwgObjectContext& c);
+void readDwgTable(DwgObjectContext& c);

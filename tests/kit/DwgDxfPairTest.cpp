@@ -18,9 +18,12 @@ namespace {
 
 // Entity kinds the DWG reader still keeps as proxies.
 const std::set<std::string> kNotReadYet = {
-    "3DSOLID",  "REGION",  "BODY", "MULTILEADER", "SHAPE", "OLE2FRAME", "ACAD_TABLE",
+    "3DSOLID",  "REGION",  "BODY", "MULTILEADER", "SHAPE", "OLE2FRAME",
     "LIGHT",   "UNDERLAY",   "PDFUNDERLAY", "MESH", "SECTIONOBJECT",
     "EXTRUDEDSURFACE", "LOFTEDSURFACE", "PLANESURFACE", "REVOLVEDSURFACE", "SWEPTSURFACE"};
+
+// Fields of read kinds the DWG reader leaves out so far, as "KIND key".
+const std::set<std::string> kFieldsNotReadYet = {"ACAD_TABLE cells"};
 
 struct DumpedEntity {
   std::string kind;
@@ -241,9 +244,11 @@ PairOutcome comparePair(const std::string& file, std::vector<std::string>& probl
       continue;
     }
     ++outcome.compared;
-    // R13 and R14 DXF files cannot hold arc length dimensions: the export writes a block reference.
-    bool arcDimensionAsInsert = !dxfHasLayouts && w.kind == "DIMENSION" && w.fields.at("kind") == "7" && x.kind == "INSERT";
-    if (arcDimensionAsInsert) continue;
+    // R13 and R14 DXF files cannot hold arc length dimensions or tables: the export writes a
+    // block reference instead.
+    bool writtenAsInsert = !dxfHasLayouts && x.kind == "INSERT" &&
+                           ((w.kind == "DIMENSION" && w.fields.at("kind") == "7") || w.kind == "ACAD_TABLE");
+    if (writtenAsInsert) continue;
     if (w.kind != x.kind) {
       problems.push_back(handle + ": " + w.kind + " vs " + x.kind);
       continue;
@@ -259,7 +264,7 @@ PairOutcome comparePair(const std::string& file, std::vector<std::string>& probl
       if (polyline2d && key == "id") continue;
       double absolute = polyline2d ? 5e-7 : 0.0;
       bool same = a != w.fields.end() && b != x.fields.end() && sameValue(a->second, b->second, absolute);
-      if (same || exportDifference(w, x, key, !dxfHasLayouts)) continue;
+      if (same || exportDifference(w, x, key, !dxfHasLayouts) || kFieldsNotReadYet.count(w.kind + " " + key)) continue;
       problems.push_back(handle + " " + w.kind + " " + key + ": " + (a == w.fields.end() ? "-" : a->second) + " vs " +
                          (b == x.fields.end() ? "-" : b->second));
     }
