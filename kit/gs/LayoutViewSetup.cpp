@@ -19,6 +19,7 @@ struct StoredView {
   double twist = 0.0;
   double width = 1.0;
   double height = 1.0;
+  bool perspective = false;  // kept as the view's flag; views are drawn in parallel projection
 };
 
 bool finitePositive(double v) { return v > 0.0 && std::isfinite(v); }
@@ -36,7 +37,7 @@ void applyStoredView(OdGsView& view, const StoredView& stored) {
   OdGePoint3d centre = stored.target + xs * stored.center.x + ys * stored.center.y;
   double h = finitePositive(stored.height) ? stored.height : 1.0;
   double w = finitePositive(stored.width) ? stored.width : h;
-  view.setView(centre + dir, centre, ys, w, h);
+  view.setView(centre + dir, centre, ys, w, h, stored.perspective ? OdGsView::kPerspective : OdGsView::kParallel);
 }
 
 StoredView fromRecord(const ViewportRecord& record) {
@@ -47,6 +48,7 @@ StoredView fromRecord(const ViewportRecord& record) {
   v.twist = record.twist;
   v.height = record.height;
   v.width = record.height * record.aspectRatio;
+  v.perspective = (record.viewMode & 1) != 0;
   return v;
 }
 
@@ -153,6 +155,7 @@ void setupViewport(OdGsDevice& device, const OdDbDatabase& db, const Layout* lay
   stored.twist = vp.twistAngle;
   stored.height = vp.viewHeight;
   stored.width = vp.viewHeight * vp.width / vp.height;
+  stored.perspective = (vp.statusFlags & ViewportEntity::kPerspective) != 0;
   applyStoredView(*view, stored);
   view->setEnableFrontClip((vp.statusFlags & ViewportEntity::kFrontClip) != 0);
   view->setFrontClip(vp.frontClip);

@@ -18,6 +18,7 @@ public:
   // `enableGsModel` is accepted for the callers' sake; this kit keeps no cached graphics.
   void setDatabase(OdDbDatabase* database, bool enableGsModel = true);
   OdDbDatabase* getDatabase() const { return database_; }
+  bool isGsModelEnabled() const { return gsModel_; }
 
   ODCOLORREF paletteBackground() const { return paletteBackground_; }
   void setPaletteBackground(ODCOLORREF color) { paletteBackground_ = color; }
