@@ -3,7 +3,9 @@
 // every corpus drawing set up and drawn.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
+#include <limits>
 
 #include "kit/base/OdError.h"
 #include "kit/gs/EntityOutline.h"
@@ -264,6 +266,50 @@ TEST(GsClipOutline, HiddenCircleStillGivesItsLoopAndStaysHidden) {
   EXPECT_FALSE(circle->isVisible());
   LineEntity* line = addLine(*db, *db->paperSpace(), {0, 0, 0}, {1, 1, 0});
   EXPECT_TRUE(entityOutline(*db, *line, 0.01).empty());
+}
+
+}  // namespace
+
+namespace {
+
+// Damaged view data (not finite, zero or negative sizes) sets up views that draw only finite
+// coordinates, or nothing.
+TEST(GsDamagedViews, NonFiniteAndEmptyViewDataDrawNothingOrFiniteGeometry) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double inf = std::numeric_limits<double>::infinity();
+  struct Case {
+    double height, aspect, centerX, twist, viewHeight;
+  };
+  const Case cases[] = {{nan, 1, 0, 0, 10}, {0, 1, 0, 0, 0},    {-5, 1, 0, 0, -1}, {10, inf, 0, 0, inf},
+                        {10, 1, nan, 0, nan}, {10, 1, 0, nan, 10}, {1e300, 1, 1e300, 0, 1e-300}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.height);
+    GsRig rig(emptyDrawing());
+    ViewportRecord& record = activeRecord(*rig.db);
+    record.height = c.height;
+    record.aspectRatio = c.aspect;
+    record.center = {c.centerX, 0};
+    record.twist = c.twist;
+    addLine(*rig.db, *rig.db->modelSpace(), {0, 0, 0}, {10, 10, 0});
+    auto* vp = addEntity<ViewportEntity>(*rig.db, *rig.db->paperSpace());
+    vp->number = 2;
+    vp->status = 2;
+    vp->center = {5, 5, 0};
+    vp->width = vp->height = 10;
+    vp->viewHeight = c.viewHeight;
+    vp->viewCenter = {c.centerX, 0};
+    vp->twistAngle = c.twist;
+    for (bool model : {true, false}) {
+      rig.db->setCurrentLayout(OdString(model ? L"Model" : L"Layout1"));
+      OdGsLayoutHelperPtr helper = rig.setup();
+      rig.device->onSize(OdGsDCRect(0, 100, 0, 100));
+      rig.sink.calls.clear();
+      EXPECT_NO_THROW(helper->update());
+      for (const RecordedCall& call : rig.sink.calls) {
+        for (const OdGePoint3d& p : call.points) EXPECT_TRUE(std::isfinite(p.x) && std::isfinite(p.y));
+      }
+    }
+  }
 }
 
 }  // namespace
