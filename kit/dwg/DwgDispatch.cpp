@@ -82,6 +82,7 @@ const std::unordered_map<uint16_t, DwgReaderEntry>& fixedTypes() {
       {73, object(readDwgMLineStyle)},
       {75, object(skipObject)},
       {76, object(skipObject)},
+      {74, entity(readDwgOle2Frame)},
       {77, entity(readDwgLwPolyline)},
       {78, entity(readDwgHatch)},
       {79, object(readDwgXRecord)},

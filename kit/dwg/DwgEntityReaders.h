@@ -64,3 +64,4 @@ void readDwgLeader(DwgObjectContext& c);
 void readDwgTolerance(DwgObjectContext& c);
 void readDwgMLine(DwgObjectContext& c);
 void readDwgTable(DwgObjectContext& c);
+void readDwgOle2Frame(DwgObjectContext& c);

@@ -18,7 +18,7 @@ namespace {
 
 // Entity kinds the DWG reader still keeps as proxies.
 const std::set<std::string> kNotReadYet = {
-    "3DSOLID",  "REGION",  "BODY", "MULTILEADER", "SHAPE", "OLE2FRAME",
+    "3DSOLID",  "REGION",  "BODY", "MULTILEADER", "SHAPE",
     "LIGHT",   "UNDERLAY",   "PDFUNDERLAY", "MESH", "SECTIONOBJECT",
     "EXTRUDEDSURFACE", "LOFTEDSURFACE", "PLANESURFACE", "REVOLVEDSURFACE", "SWEPTSURFACE"};
 
