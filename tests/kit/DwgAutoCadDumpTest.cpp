@@ -128,6 +128,30 @@ Ours oursOf(const Entity& e) {
       for (const OdGePoint3d& q : s->controlPoints) addPoint(o.numbers["ControlPoints"], q);
       o.numbers["Knots"] = s->knots;
     }
+  } else if (auto* dim = dbCast<DimensionEntity>(&e)) {
+    o.texts["TextOverride"] = dim->text;
+    addPoint(o.numbers["TextPosition"], dim->textMidpoint);
+    o.numbers["Measurement"] = {dim->actualMeasurement};
+    o.numbers["TextRotation"] = {dim->textRotation};
+    addVector(o.numbers["Normal"], dim->normal);
+    if (dim->kind == DimensionEntity::Kind::kRotated || dim->kind == DimensionEntity::Kind::kAligned) {
+      addPoint(o.numbers["ExtLine1Point"], dim->defPoint2);
+      addPoint(o.numbers["ExtLine2Point"], dim->defPoint3);
+    }
+  } else if (auto* hatch = dbCast<HatchEntity>(&e)) {
+    o.texts["PatternName"] = hatch->patternName;
+    o.numbers["PatternAngle"] = {hatch->patternAngle};
+    o.numbers["PatternScale"] = {hatch->patternScale};
+    o.numbers["PatternType"] = {double(hatch->patternType)};
+    o.numbers["HatchStyle"] = {double(hatch->style)};
+    o.numbers["AssociativeHatch"] = {hatch->associative ? -1.0 : 0.0};
+    addVector(o.numbers["Normal"], hatch->normal);
+  } else if (auto* ml = dbCast<MLineEntity>(&e)) {
+    for (const MLineVertex& v : ml->vertices) addPoint(o.numbers["Coordinates"], v.position);
+    o.numbers["MLineScale"] = {ml->scale};
+  } else if (auto* leader = dbCast<LeaderEntity>(&e)) {
+    for (const OdGePoint3d& v : leader->vertices) addPoint(o.numbers["Coordinates"], v);
+    addVector(o.numbers["Normal"], leader->normal);
   } else if (auto* h = dbCast<HelixEntity>(&e)) {
     addPoint(o.numbers["Position"], h->axisBasePoint);
     o.numbers["TopRadius"] = {h->radius};
