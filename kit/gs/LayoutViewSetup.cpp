@@ -96,12 +96,21 @@ void setupModel(OdGsLayoutHelper& helper, OdGsDevice& device, const OdDbDatabase
   helper.setActiveView(view.get(), record ? record->handle : OdDbHandle());
 }
 
-const ViewportEntity* overallViewport(const BlockRecord& block) {
+std::vector<const ViewportEntity*> viewportsOf(const BlockRecord& block) {
+  std::vector<const ViewportEntity*> result;
   for (const Entity* entity : block.entities) {
-    const auto* vp = dbCast<ViewportEntity>(entity);
-    if (vp && vp->number == 1) return vp;
+    if (const auto* vp = dbCast<ViewportEntity>(entity)) result.push_back(vp);
   }
-  return nullptr;
+  return result;
+}
+
+// The layout's own viewport: number 1; layouts saved while not current may number all their
+// viewports 0, and then the first (created with the layout) is it.
+const ViewportEntity* overallViewport(const std::vector<const ViewportEntity*>& viewports) {
+  for (const ViewportEntity* vp : viewports) {
+    if (vp->number == 1) return vp;
+  }
+  return viewports.empty() ? nullptr : viewports.front();
 }
 
 bool contains(const OdGeExtents3d& outer, const OdGeExtents3d& inner) {
@@ -172,20 +181,24 @@ void setupViewport(OdGsDevice& device, const OdDbDatabase& db, const Layout* lay
   }
 }
 
-bool showsModel(const ViewportEntity& vp) {
-  return vp.number != 1 && vp.isOn() && finitePositive(vp.width) && finitePositive(vp.height) &&
-         finitePositive(vp.viewHeight);
+// A layout saved while not current has every viewport's status at 0 ("off"); only the status
+// flag then tells a viewport switched off.
+bool showsModel(const ViewportEntity& vp, bool layoutInactive) {
+  bool on = (vp.statusFlags & ViewportEntity::kViewportOff) == 0 && (layoutInactive || vp.status != 0);
+  return on && finitePositive(vp.width) && finitePositive(vp.height) && finitePositive(vp.viewHeight);
 }
 
 void setupPaper(OdGsLayoutHelper& helper, OdGsDevice& device, const OdDbDatabase& db, const Layout* layout,
                 const BlockRecord& block) {
-  const ViewportEntity* overall = overallViewport(block);
+  std::vector<const ViewportEntity*> viewports = viewportsOf(block);
+  const ViewportEntity* overall = overallViewport(viewports);
+  bool layoutInactive =
+      std::all_of(viewports.begin(), viewports.end(), [](const ViewportEntity* vp) { return vp->status == 0; });
   OdGsViewPtr paperView = newView(device, 1, overall ? overall->handle : OdDbHandle(), &block);
   applyStoredView(*paperView, paperField(db, layout, block, overall));
   helper.setActiveView(paperView.get(), overall ? overall->handle : OdDbHandle());
-  for (const Entity* entity : block.entities) {
-    const auto* vp = dbCast<ViewportEntity>(entity);
-    if (vp && vp != overall && showsModel(*vp)) setupViewport(device, db, layout, *paperView, *vp);
+  for (const ViewportEntity* vp : viewports) {
+    if (vp != overall && showsModel(*vp, layoutInactive)) setupViewport(device, db, layout, *paperView, *vp);
   }
 }
 

@@ -150,6 +150,16 @@ TEST_F(GsPaperLayoutTest, PaperViewFirstThenOneViewPerViewportThatIsOn) {
   EXPECT_EQ(helper->viewAt(2)->clientViewInfo().viewportId, 3);
 }
 
+TEST_F(GsPaperLayoutTest, LayoutSavedWhileNotCurrentStillShowsItsViewports) {
+  // Such layouts number every viewport 0 with status 0; the first is the layout's own.
+  for (ViewportEntity* vp : {overall, a, b}) vp->number = vp->status = 0;
+  b->statusFlags |= ViewportEntity::kViewportOff;
+  OdGsLayoutHelperPtr helper = rig.setup();
+  ASSERT_EQ(helper->numViews(), 2);
+  EXPECT_EQ(helper->activeViewportId(), overall->handle);
+  EXPECT_EQ(helper->viewAt(1)->clientViewInfo().viewportObjectId, a->handle);
+}
+
 TEST_F(GsPaperLayoutTest, ViewportsShowModelSpaceAtTheirScaleClippedToTheirOutline) {
   OdGsLayoutHelperPtr helper = rig.setup();
   rig.device->onSize(OdGsDCRect(0, 800, 0, 600));
