@@ -99,6 +99,7 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
       {"IMAGE", entity(readDwgImage)},
       {"HELIX", entity(readDwgHelix)},
       {"ACAD_TABLE", entity(readDwgTable)},
+      {"MULTILEADER", entity(readDwgMLeader)},
       {"WIPEOUT", entity(readDwgWipeout)},
       {"DICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},
       {"ACDBDICTIONARYWDFLT", object(readDwgDictionaryWithDefault)},

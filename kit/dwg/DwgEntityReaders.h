@@ -65,3 +65,4 @@ void readDwgTolerance(DwgObjectContext& c);
 void readDwgMLine(DwgObjectContext& c);
 void readDwgTable(DwgObjectContext& c);
 void readDwgOle2Frame(DwgObjectContext& c);
+void readDwgMLeader(DwgObjectContext& c);
