@@ -66,3 +66,4 @@ void readDwgMLine(DwgObjectContext& c);
 void readDwgTable(DwgObjectContext& c);
 void readDwgOle2Frame(DwgObjectContext& c);
 void readDwgMLeader(DwgObjectContext& c);
+void readDwgModelerGeometry(DwgObjectContext& c, const char* dxfName);

@@ -1,0 +1,59 @@
+// REGION, 3DSOLID and BODY: the ACIS data kept as DXF files keep it, one group per line of
+// the (lightly enciphered) SAT text, so that it can be written out again. Files store it in
+// blocks of bytes until an empty block (version 1); the binary form of version 2, and the
+// wire and silhouette data after it, are not kept.
+#include "kit/dwg/DwgEntityReaders.h"
+#include "kit/dwg/DwgLoader.h"
+
+namespace {
+
+// DXF groups hold at most 255 characters: longer lines go on in groups of code 3.
+void addLine(const std::string& line, TaggedValues& out) {
+  constexpr size_t kGroupLimit = 255;
+  out.push_back(TaggedValue::ofString(1, line.substr(0, kGroupLimit)));
+  for (size_t at = kGroupLimit; at < line.size(); at += kGroupLimit) {
+    out.push_back(TaggedValue::ofString(3, line.substr(at, kGroupLimit)));
+  }
+}
+
+void readSatBlocks(DwgObjectContext& c, TaggedValues& out) {
+  DwgBitReader& d = c.d;
+  std::string text;
+  for (;;) {
+    int32_t size = d.BL();
+    if (size <= 0 || d.overrun()) break;
+    if (size_t(size) > d.bitsLeft() / 8) {
+      d.skip(d.bitsLeft() + 1);
+      return;
+    }
+    d.rawBytes(size_t(size), text);
+  }
+  size_t start = 0;
+  while (start < text.size()) {
+    size_t end = text.find('\n', start);
+    if (end == std::string::npos) end = text.size();
+    std::string line = text.substr(start, end - start);
+    // Trailing blanks mean nothing to the modeler; DXF files drop them.
+    while (!line.empty() && (line.back() == '\r' || line.back() == ' ')) line.pop_back();
+    if (!line.empty()) addLine(line, out);
+    start = end + 1;
+  }
+}
+
+}  // namespace
+
+void readDwgModelerGeometry(DwgObjectContext& c, const char* dxfName) {
+  auto* e = c.newEntity<ModelerGeometryEntity>();
+  e->dxfName = dxfName;
+  e->data.push_back(TaggedValue::ofString(100, "AcDbModelerGeometry"));
+  DwgBitReader& d = c.d;
+  bool empty = d.B();
+  d.B();  // unknown
+  if (empty) {
+    e->data.push_back(TaggedValue::ofInteger(70, e->modelerVersion));
+    return;
+  }
+  e->modelerVersion = d.BS();
+  e->data.push_back(TaggedValue::ofInteger(70, e->modelerVersion));
+  if (e->modelerVersion == 1) readSatBlocks(c, e->data);
+}
