@@ -88,8 +88,12 @@ void OdGsBaseVectorizeViewDef::getViewport(OdGePoint2d& lowerLeft, OdGePoint2d& 
 namespace {
 
 struct Box2 {
-  double x0, y0, x1, y1;  // y0 the top (smaller device y)
+  double x0, y0, x1, y1;  // x0 <= x1, y0 <= y1
 };
+
+// A device rectangle given with ymin above ymax (as windows and images count rows) has its y axis
+// pointing down; given the other way round, y points up like the drawing's.
+bool yPointsDown(const OdGsDCRect& r) { return r.ymin > r.ymax; }
 
 Box2 normalised(const OdGsDCRect& r) {
   return {double(std::min(r.xmin, r.xmax)), double(std::min(r.ymin, r.ymax)), double(std::max(r.xmin, r.xmax)),
@@ -104,8 +108,13 @@ void OdGsBaseVectorizeViewDef::setViewport(const OdGsDCRect& screenRect) {
   Box2 r = normalised(screenRect);
   double w = dev.x1 - dev.x0, h = dev.y1 - dev.y0;
   if (!(w > 0.0) || !(h > 0.0)) return;
-  setViewport(OdGePoint2d((r.x0 - dev.x0) / w, (dev.y1 - r.y1) / h),
-              OdGePoint2d((r.x1 - dev.x0) / w, (dev.y1 - r.y0) / h));
+  if (yPointsDown(device_->outputRect())) {
+    setViewport(OdGePoint2d((r.x0 - dev.x0) / w, (dev.y1 - r.y1) / h),
+                OdGePoint2d((r.x1 - dev.x0) / w, (dev.y1 - r.y0) / h));
+  } else {
+    setViewport(OdGePoint2d((r.x0 - dev.x0) / w, (r.y0 - dev.y0) / h),
+                OdGePoint2d((r.x1 - dev.x0) / w, (r.y1 - dev.y0) / h));
+  }
 }
 
 void OdGsBaseVectorizeViewDef::getViewport(OdGsDCRect& screenRect) const {
@@ -129,8 +138,13 @@ void OdGsBaseVectorizeViewDef::deviceRect(double& xmin, double& ymin, double& xm
   double w = dev.x1 - dev.x0, h = dev.y1 - dev.y0;
   xmin = dev.x0 + ndcMin_.x * w;
   xmax = dev.x0 + ndcMax_.x * w;
-  ymin = dev.y1 - ndcMax_.y * h;
-  ymax = dev.y1 - ndcMin_.y * h;
+  if (device_ && yPointsDown(device_->outputRect())) {
+    ymin = dev.y1 - ndcMax_.y * h;
+    ymax = dev.y1 - ndcMin_.y * h;
+  } else {
+    ymin = dev.y0 + ndcMin_.y * h;
+    ymax = dev.y0 + ndcMax_.y * h;
+  }
 }
 
 void OdGsBaseVectorizeViewDef::setViewportClipRegion(int numContours, const int* counts,
@@ -195,7 +209,7 @@ OdGeMatrix3d OdGsBaseVectorizeViewDef::eyeToDeviceMatrix() const {
   OdGeMatrix3d m;
   m.entry[0][0] = s;
   m.entry[0][3] = (x0 + x1) / 2.0;
-  m.entry[1][1] = -s;  // device y grows downward
+  m.entry[1][1] = device_ && yPointsDown(device_->outputRect()) ? -s : s;
   m.entry[1][3] = (y0 + y1) / 2.0;
   m.entry[2][2] = s;
   return m;

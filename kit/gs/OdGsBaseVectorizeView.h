@@ -122,7 +122,7 @@ public:
   void setDeviceDeviation(double deviceUnits);
   // The geometric extents of one entity in the coordinates of its block; false when it has none.
   bool entityGeomExtents(const OdGiDrawable& drawable, OdGeExtents3d& extents) const;
-  // The view's rectangle on the device (y downward), as exact values.
+  // The view's rectangle on the device (min <= max in both axes), as exact values.
   void deviceRect(double& xmin, double& ymin, double& xmax, double& ymax) const;
   // The clip outline used in the last or current update, device units (the rectangle's corners
   // when no clip outline is set).

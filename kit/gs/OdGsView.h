@@ -15,7 +15,8 @@ struct LayerRecord;
 class OdGsDevice;
 class OdGiContextForDbDatabase;
 
-// A rectangle of device units. Device y grows downward; either order of the bounds is accepted.
+// A rectangle of device units. Given with ymin above ymax (as screens and images count rows), device
+// y grows downward; given bottom-up, it grows upward like the drawing's.
 struct OdGsDCRect {
   long xmin = 0;
   long xmax = 0;
@@ -99,7 +100,7 @@ public:
   // Eye coordinates: origin at the target, x to the right, y up, z towards the eye.
   virtual OdGeMatrix3d eyeToWorldMatrix() const = 0;
   virtual OdGeMatrix3d worldToEyeMatrix() const = 0;
-  // World to device units (y downward) under the device's current output rectangle.
+  // World to device units under the device's current output rectangle.
   virtual OdGeMatrix3d worldToDeviceMatrix() const = 0;
 
   // Regenerates the view's entities into the device's destination geometry.

@@ -50,8 +50,8 @@ TEST(GsModelLayout, ActiveViewportRecordGivesTheView) {
   EXPECT_EQ(helper->activeViewportId(), record.handle);
   EXPECT_EQ(helper->activeView()->sceneBlock(), rig.db->modelSpace());
   EXPECT_NEAR(helper->activeView()->fieldWidth(), 40, 1e-12);
-  helper->onSize(OdGsDCRect(0, 1000, 0, 500));  // the helper passes it on to the device
-  EXPECT_EQ(rig.device->outputRect(), OdGsDCRect(0, 1000, 0, 500));
+  helper->onSize(OdGsDCRect(0, 1000, 500, 0));  // the helper passes it on to the device
+  EXPECT_EQ(rig.device->outputRect(), OdGsDCRect(0, 1000, 500, 0));
   helper->update();
   EXPECT_TRUE(hasSegment(rig.sink.ofKind("polyline"), {250, 375, 0}, {750, 125, 0}));
 }
@@ -65,7 +65,7 @@ TEST(GsModelLayout, TwistTurnsTheDrawingCounterClockwise) {
   record.twist = kPi / 2;
   addLine(*rig.db, *rig.db->modelSpace(), {0, 0, 0}, {5, 0, 0});
   OdGsLayoutHelperPtr helper = rig.setup();
-  rig.device->onSize(OdGsDCRect(0, 200, 0, 200));
+  rig.device->onSize(OdGsDCRect(0, 200, 200, 0));
   rig.device->update();
   // World +x points up the screen.
   EXPECT_TRUE(hasSegment(rig.sink.ofKind("polyline"), {100, 100, 0}, {100, 50, 0}, 1e-6));
@@ -162,7 +162,7 @@ TEST_F(GsPaperLayoutTest, LayoutSavedWhileNotCurrentStillShowsItsViewports) {
 
 TEST_F(GsPaperLayoutTest, ViewportsShowModelSpaceAtTheirScaleClippedToTheirOutline) {
   OdGsLayoutHelperPtr helper = rig.setup();
-  rig.device->onSize(OdGsDCRect(0, 800, 0, 600));
+  rig.device->onSize(OdGsDCRect(0, 800, 600, 0));
   rig.device->update();
   auto lines = rig.sink.ofKind("polyline");
   // A: paper x 50..150 (its rectangle cuts the line), device x 100..300 at y 300.
@@ -178,7 +178,7 @@ TEST_F(GsPaperLayoutTest, ViewportsShowModelSpaceAtTheirScaleClippedToTheirOutli
 
 TEST_F(GsPaperLayoutTest, ViewportsFollowTheDeviceSizeAndThePaperZoom) {
   OdGsLayoutHelperPtr helper = rig.setup();
-  rig.device->onSize(OdGsDCRect(0, 800, 0, 600));
+  rig.device->onSize(OdGsDCRect(0, 800, 600, 0));
   OdGsDCRect rect;
   viewOf(helper, a)->getViewport(rect);
   EXPECT_EQ(rect, OdGsDCRect(100, 300, 200, 400));

@@ -1,4 +1,5 @@
-// The kit's base view and device: world to device mapping (y downward, aspect kept, centred),
+// The kit's base view and device: world to device mapping (y down or up as the device rectangle
+// says, aspect kept, centred),
 // viewports and clip outlines, per-view frozen layers and zoom.
 #include <gtest/gtest.h>
 
@@ -23,7 +24,7 @@ protected:
     rig.device->addView(view.get());
     view->setSceneBlock(&model);
     view->zoomExtents({0, 0, 0}, {100, 50, 0});
-    rig.device->onSize(OdGsDCRect(0, 1000, 0, 1000));
+    rig.device->onSize(OdGsDCRect(0, 1000, 1000, 0));  // rows counted downward, as on a screen
   }
   std::vector<RecordedCall> drawn(const std::string& kind) {
     rig.sink.calls.clear();
@@ -49,15 +50,19 @@ TEST_F(GsModelViewTest, FieldFitsTheDeviceKeepingAspectCentredWithYDownward) {
   EXPECT_NEAR(circles[0].normal.z, -1, 1e-12);
 }
 
-TEST_F(GsModelViewTest, OutputRectangleBoundsMayComeInEitherOrder) {
-  rig.device->onSize(OdGsDCRect(0, 1000, 1000, 0));
+TEST_F(GsModelViewTest, RectangleGivenBottomUpKeepsTheDrawingsYAxis) {
+  rig.device->onSize(OdGsDCRect(0, 1000, 0, 1000));
   auto lines = drawn("polyline");
   ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(nearXY(lines[0].points.front(), 0, 750));
+  EXPECT_TRUE(nearXY(lines[0].points.front(), 0, 250));
+  EXPECT_TRUE(nearXY(lines[0].points.back(), 1000, 750));
+  auto circles = rig.sink.ofKind("circle");
+  ASSERT_EQ(circles.size(), 1u);
+  EXPECT_NEAR(circles[0].normal.z, 1, 1e-12);
 }
 
 TEST_F(GsModelViewTest, TallDeviceCentresHorizontally) {
-  rig.device->onSize(OdGsDCRect(10, 210, 0, 1000));  // 200 wide: scale 2
+  rig.device->onSize(OdGsDCRect(10, 210, 1000, 0));  // 200 wide: scale 2
   auto lines = drawn("polyline");
   ASSERT_EQ(lines.size(), 1u);
   EXPECT_TRUE(nearXY(lines[0].points.front(), 10, 550));
@@ -247,7 +252,7 @@ TEST(GsDrawOrder, SortHandlesOfTheBlocksTableDecideTheOrder) {
   rig.device->update();
   auto lines = rig.sink.ofKind("polyline");
   ASSERT_EQ(lines.size(), 3u);
-  EXPECT_NEAR(lines[2].points[0].y, 100, 1e-6);  // the first line, world y 0, comes last
+  EXPECT_NEAR(lines[2].points[0].y, 0, 1e-6);  // the first line, world y 0, comes last
 }
 
 }  // namespace
