@@ -43,6 +43,10 @@ int CDm2017::StartVectorization() {
       g_pContext->setPlotStyleMode(1);
     }
   }
+  // The device hands its palette to the driver once, when it is made: give the driver the variant
+  // the views will show, so that colour 7 is black on the default white page.
+  const bool modelActiveOrDwf = g_pDb->getTILEMODE() || inputKind == kInputDwf;
+  if (outputDriver) outputDriver->SetWhiteBackground(ChooseViewBackground(background, modelActiveOrDwf).lightPalette);
   g_pDevice = CreateVectorizationDevice();
   if (!g_pDevice) {
     PrintMessage("ERROR: Problem creating the vectorization device");

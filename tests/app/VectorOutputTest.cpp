@@ -58,13 +58,15 @@ TEST(VectorOutput, SampleBecomesOneSvgWithItsLayersAndGeometry) {
   }
 }
 
-TEST(VectorOutput, AllWritesTheLayoutAndTheNamedViewBesideTheFirstFile) {
+TEST(VectorOutput, AllWritesEverySpaceLayoutAndViewUnderItsOwnName) {
   ScratchDirectory dir;
   fs::copy_file(SampleDrawing(), dir.path() / "office.dxf");
   const ProgramRun run = RunDm2020("office.dxf office.svg -Q -ALL", dir.path());
   EXPECT_EQ(run.status, 0);
   EXPECT_NE(run.out.find("Layout Name: Layout1\n"), std::string::npos) << run.out;
   const std::set<std::string> files = SvgFiles(dir.path());
+  EXPECT_EQ(files, (std::set<std::string>{"office.svg", "office__ModelSpace.svg", "office__PaperSpace.svg",
+                                          "office__Layout01.svg", "office__View01.svg"}));
   for (const char* name : {"office.svg", "office__Layout01.svg", "office__View01.svg"}) {
     EXPECT_TRUE(files.count(name)) << name;
     if (files.count(name) && HaveXmllint()) {
