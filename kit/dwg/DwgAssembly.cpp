@@ -22,14 +22,16 @@ void DwgLoader::assemble() {
   const OdDbHandle modelSpace = space(headerHandles_.modelSpaceBlock, db.modelSpace());
   const OdDbHandle paperSpace = space(headerHandles_.paperSpaceBlock, db.paperSpace());
 
-  // Children by the handle of their owner, in handle order.
-  std::unordered_map<uint64_t, std::vector<uint32_t>> children;
+  // Children by the handle of their owner, in handle order: one sorted list rather than a list
+  // per owner, since a drawing has as many owners as it has polylines and block references.
+  std::vector<std::pair<uint64_t, uint32_t>> children;
   for (size_t i = 0; i < n; ++i) {
     const DwgObjectState& s = states_[i];
     if (s.status != 1 || !isPlaced(s.role)) continue;
     OdDbHandle owner = s.entityMode == 2 ? modelSpace : s.entityMode == 1 ? paperSpace : s.owner;
-    if (!owner.isNull()) children[owner.value()].push_back(uint32_t(i));
+    if (!owner.isNull()) children.emplace_back(owner.value(), uint32_t(i));
   }
+  std::sort(children.begin(), children.end());  // by owner, then in map (handle) order
 
   std::vector<uint8_t> taken(n, 0);
   auto ordered = [&](OdDbHandle ownerHandle, const DwgOwnedObjects* owned) {
@@ -53,10 +55,9 @@ void DwgLoader::assemble() {
         h = states_[size_t(index)].next;
       }
     }
-    auto it = children.find(ownerHandle.value());
-    if (it != children.end()) {
-      for (uint32_t index : it->second) take(index);
-    }
+    auto first = std::lower_bound(children.begin(), children.end(), ownerHandle.value(),
+                                  [](const auto& child, uint64_t owner) { return child.first < owner; });
+    for (auto it = first; it != children.end() && it->first == ownerHandle.value(); ++it) take(it->second);
     return order;
   };
 

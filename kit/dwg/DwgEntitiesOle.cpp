@@ -29,9 +29,8 @@ void readDwgOle2Frame(DwgObjectContext& c) {
     d.skip(d.bitsLeft() + 1);
     return;
   }
-  std::string bytes;
-  d.rawBytes(size_t(size), bytes);
-  e->data.assign(bytes.begin(), bytes.end());
+  e->data.resize(size_t(size));
+  for (uint8_t& b : e->data) b = d.RC();
   if (c.atLeast(kDwgR2000)) d.RC();  // aspect ratio locked
   if (e->data.size() >= kLowerRightAt + 24) {
     e->upperLeft = cornerAt(e->data, kUpperLeftAt);
