@@ -40,6 +40,11 @@ OdDbDatabasePtr load(std::string_view bytes, const DwgReadOptions& options, cons
     throw OdError(eOutOfMemory, toOd(name + ": not enough memory to load the drawing"));
   } catch (const std::length_error&) {
     throw OdError(eOutOfMemory, toOd(name + ": not enough memory to load the drawing"));
+  } catch (const OdError&) {
+    throw;
+  } catch (const std::exception& e) {
+    // Whatever else a damaged file provokes still reaches the caller as the kit's error.
+    throw OdError(eInvalidDrawing, toOd(name + ": the drawing cannot be read (" + e.what() + ")"));
   }
 }
 
