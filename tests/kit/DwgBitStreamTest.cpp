@@ -9,6 +9,7 @@
 
 #include "kit/dwg/DwgBitReader.h"
 #include "kit/dwg/DwgCrc.h"
+#include "kit/dwg/DwgLineweight.h"
 #include "kit/dwg/DwgObjectFrame.h"
 #include "kit/dwg/DwgSectionFraming.h"
 #include "kit/dwg/DwgStreams.h"
@@ -261,4 +262,88 @@ TEST(DwgBitStream, ObjectsOutsideTheirSectionAreRefused) {
   view = std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   EXPECT_EQ(openDwgObject({view, 0}, s, frame, crcOk), DwgFrameResult::kOk);
   EXPECT_FALSE(crcOk);
+}
+
+namespace {
+
+// Wraps values and handles into an object of `version` (R2010 and later: handle bits in the
+// size prefix; R2000 and R2007: a bit size after the type), strings empty.
+std::vector<uint8_t> wrapObject(int version, uint16_t type, const BitWriter& values, const BitWriter& handles) {
+  BitWriter body;
+  if (version >= kDwgR2010) body.bits(2, 2), body.RS(type);
+  else body.BS(int16_t(type));
+  size_t valueBits = values.position() + (version >= kDwgR2007 ? 1 : 0);
+  size_t handleStart = body.position() + (version < kDwgR2010 ? 32 : 0) + valueBits;
+  if (version < kDwgR2010) body.RL(uint32_t(handleStart));
+  for (size_t i = 0; i < values.position(); ++i) body.bit((values.bytes()[i / 8] >> (7 - i % 8)) & 1);
+  if (version >= kDwgR2007) body.bit(false);  // no strings
+  for (size_t i = 0; i < handles.position(); ++i) body.bit((handles.bytes()[i / 8] >> (7 - i % 8)) & 1);
+  BitWriter prefix;
+  prefix.RS(uint16_t(body.bytes().size()));
+  if (version >= kDwgR2010) prefix.RC(uint8_t(body.bytes().size() * 8 - handleStart));
+  std::vector<uint8_t> out = prefix.bytes();
+  out.insert(out.end(), body.bytes().begin(), body.bytes().end());
+  out.push_back(0), out.push_back(0);  // check sum, not checked here
+  return out;
+}
+
+}  // namespace
+
+// An entity's common data, release by release: true colour and transparency from R2004, the
+// material from R2007, visual styles from R2010 and the data store flag from R2013, with their
+// handles in the handle stream.
+TEST(DwgBitStream, EntityCommonDataByRelease) {
+  for (int version : {int(kDwgR2004), int(kDwgR2007), int(kDwgR2010), int(kDwgR2013), int(kDwgR2018)}) {
+    SCOPED_TRACE(version);
+    BitWriter v;
+    v.H(0, 0x30);                 // the entity's handle
+    v.BS(0);                      // no extended data
+    v.bit(false);                 // no graphics
+    v.bits(0, 2);                 // owner given
+    v.BL(1);                      // one reactor
+    v.bit(false);                 // an extension dictionary follows
+    if (version >= kDwgR2013) v.bit(false);
+    v.BS(int16_t(0x8000 | 0x2000));  // true colour and transparency
+    v.BL(int32_t(0xC2FF8000));
+    v.BL(0x02000080);
+    v.BD(2.0);                    // linetype scale
+    v.bits(3, 2);                 // linetype by handle
+    v.bits(0, 2);                 // plot style by layer
+    if (version >= kDwgR2007) v.bits(3, 2), v.RC(0);  // material by handle, shadows
+    if (version >= kDwgR2010) v.bit(true), v.bit(false), v.bit(false);  // full visual style
+    v.BS(1);                      // invisible
+    v.RC(5);                      // lineweight index
+    BitWriter h;
+    h.H(0x4, 0x1F);               // owner
+    h.H(0x4, 0xAA);               // reactor
+    h.H(0x3, 0xBB);               // extension dictionary
+    h.H(0x5, 0x10);               // layer
+    h.H(0x5, 0x14);               // linetype
+    if (version >= kDwgR2007) h.H(0x5, 0x50);  // material
+    if (version >= kDwgR2010) h.H(0x5, 0x60);  // visual style
+    const std::vector<uint8_t> bytes = wrapObject(version, 19, v, h);
+
+    DwgStreams s(version, nullptr);
+    DwgObjectFrame frame;
+    bool crcOk = false;
+    std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    ASSERT_EQ(openDwgObject({view, 0}, s, frame, crcOk), DwgFrameResult::kOk);
+    readDwgObjectCommon(s, frame, true);
+    EXPECT_FALSE(s.overrun());
+    EXPECT_EQ(frame.handle.value(), 0x30u);
+    EXPECT_TRUE(frame.color.isByColor());
+    EXPECT_EQ(frame.color.red(), 0xFF);
+    EXPECT_EQ(frame.transparency.alpha(), 0x80);
+    EXPECT_EQ(frame.linetypeScale, 2.0);
+    EXPECT_EQ(frame.invisible, 1);
+    EXPECT_EQ(frame.lineweight, dwgLineweightFromIndex(5));
+    EXPECT_EQ(frame.owner.value(), 0x1Fu);
+    ASSERT_EQ(frame.reactors.size(), 1u);
+    EXPECT_EQ(frame.reactors[0].value(), 0xAAu);
+    EXPECT_EQ(frame.xdictionary.value(), 0xBBu);
+    EXPECT_EQ(frame.layer.value(), 0x10u);
+    EXPECT_EQ(frame.linetype.value(), 0x14u);
+    EXPECT_EQ(frame.material.value(), version >= kDwgR2007 ? 0x50u : 0u);
+    EXPECT_EQ(frame.visualStyle.value(), version >= kDwgR2010 ? 0x60u : 0u);
+  }
 }
