@@ -7,9 +7,8 @@ void readDwgBlockHeader(DwgObjectContext& c) {
   auto* r = c.newObject<BlockRecord>();
   DwgBitReader& d = c.d;
   r->name = c.s.text();
-  bool referenced = d.B();
-  d.BS();  // xref index + 1
-  bool xrefDependent = d.B();
+  r->flags = readDwgRecordFlags(c);
+  bool xrefDependent = (r->flags & SymbolTableRecord::kXrefDependent) != 0;
   int16_t flags = 0;
   if (d.B()) flags |= BlockRecord::kAnonymous;
   if (d.B()) flags |= BlockRecord::kHasAttributes;
@@ -18,8 +17,6 @@ void readDwgBlockHeader(DwgObjectContext& c) {
   if (isXref) flags |= BlockRecord::kExternal;
   if (isOverlay) flags |= BlockRecord::kOverlay;
   if (xrefDependent) flags |= BlockRecord::kXrefDependentBlock;
-  r->flags = int16_t((referenced ? SymbolTableRecord::kReferenced : 0) |
-                     (xrefDependent ? SymbolTableRecord::kXrefDependent : 0));
   if (c.atLeast(kDwgR2000)) d.B();  // xref loaded
   int32_t ownedCount = c.atLeast(kDwgR2004) ? d.BL() : 0;
   r->basePoint = d.point3BD();

@@ -89,11 +89,7 @@ void readR2000Values(DwgObjectContext& c, DimValues& v) {
 void readDwgDimStyle(DwgObjectContext& c) {
   auto* r = c.newObject<DimStyleRecord>();
   r->name = c.s.text();
-  bool referenced = c.d.B();
-  c.d.BS();
-  bool xrefDependent = c.d.B();
-  r->flags = int16_t((referenced ? SymbolTableRecord::kReferenced : 0) |
-                     (xrefDependent ? SymbolTableRecord::kXrefDependent : 0));
+  r->flags = readDwgRecordFlags(c);
   DimValues v(c, *r);
   if (c.before(kDwgR2000)) readOldFlags(v);
   else readR2000Values(c, v);

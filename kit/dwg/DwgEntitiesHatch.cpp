@@ -86,7 +86,7 @@ uint32_t readLoop(DwgObjectContext& c, HatchLoop& loop) {
   DwgBitReader& d = c.d;
   loop.flags = d.BL();
   if (!loop.isPolyline()) {
-    uint32_t edges = c.boundedCount(d.BL(), 8 + 128);
+    uint32_t edges = c.boundedCount(d.BL(), 8 + 8);  // a kind byte and at least a spline's counts
     loop.edges.resize(edges);
     for (uint32_t i = 0; i < edges && !d.overrun(); ++i) readEdge(c, loop.edges[i]);
   } else {
@@ -106,7 +106,7 @@ void readPattern(DwgObjectContext& c, HatchEntity& e) {
   e.patternAngle = d.BD();
   e.patternScale = d.BD();
   e.patternDouble = d.B();
-  uint32_t lines = c.boundedCount(d.BS(), 2 * 7 + 2);
+  uint32_t lines = c.boundedCount(d.BS(), 2 + 4 + 4 + 2);
   e.patternLines.resize(lines);
   for (HatchPatternLine& line : e.patternLines) {
     line.angle = d.BD();
@@ -130,7 +130,7 @@ void readDwgHatch(DwgObjectContext& c) {
   e->patternName = c.s.text();
   e->solidFill = d.B();
   e->associative = d.B();
-  uint32_t loops = c.boundedCount(d.BL(), 32 + 2);
+  uint32_t loops = c.boundedCount(d.BL(), 6);
   e->loops.resize(loops);
   std::vector<uint32_t> sourceCounts(loops, 0);
   bool derived = false;

@@ -43,7 +43,7 @@ void readLeaderRoot(DwgObjectContext& c, MLeaderBranch& branch) {
   }
   branch.index = d.BL();
   branch.doglegLength = d.BD();
-  uint32_t lines = c.boundedCount(d.BL(), 8);
+  uint32_t lines = c.boundedCount(d.BL(), 6);
   branch.lines.resize(lines);
   for (MLeaderLine& line : branch.lines) {
     readLeaderLine(c, line);
@@ -162,7 +162,7 @@ void readProperties(DwgObjectContext& c, MLeaderEntity& e) {
       c.s.handle();  // arrowhead
     }
   }
-  uint32_t labels = c.boundedCount(d.BL(), 2 + 2 + 2);
+  uint32_t labels = c.boundedCount(d.BL(), 2 + 2);  // index and width; text and handle elsewhere
   for (uint32_t i = 0; i < labels && !d.overrun(); ++i) {
     OdDbHandle definition = c.s.handle();
     std::string text = c.s.text();

@@ -13,7 +13,8 @@ void readDictionaryData(DwgObjectContext& c, Dictionary& dict) {
     dict.cloning = d.BS();
     dict.hardOwner = d.RC() != 0;
   }
-  uint32_t n = c.boundedCount(count, 2);
+  // The names are texts: from R2007 they sit in the string stream.
+  uint32_t n = c.boundedCount(count, 2, c.s.stringSource());
   std::vector<std::string> names;
   names.reserve(n);
   for (uint32_t i = 0; i < n; ++i) names.push_back(c.s.text());
@@ -91,7 +92,8 @@ void readDwgLayout(DwgObjectContext& c) {
   l->ucsOrthoType = d.BS();
   l->extMin = d.point3BD();
   l->extMax = d.point3BD();
-  int32_t viewports = c.atLeast(kDwgR2004) ? d.RL() : 0;
+  // A bit long, though documented as a raw one: the files have two bits there.
+  int32_t viewports = c.atLeast(kDwgR2004) ? d.BL() : 0;
   if (c.atLeast(kDwgR2004)) c.s.handle();  // plot view
   if (c.atLeast(kDwgR2007)) c.s.handle();  // visual style
   l->blockRecordHandle = c.s.handle();

@@ -2,6 +2,8 @@
 // DwgBlockHeader.cpp), called by the dispatch.
 #pragma once
 
+#include <cstdint>
+
 class DwgObjectContext;
 
 void readDwgControlObject(DwgObjectContext& c);
@@ -14,3 +16,7 @@ void readDwgUcs(DwgObjectContext& c);
 void readDwgViewportRecord(DwgObjectContext& c);
 void readDwgDimStyle(DwgObjectContext& c);
 void readDwgBlockHeader(DwgObjectContext& c);
+// The xref bits every record has after its name, as group 70 bits (referenced, xref
+// dependent): before R2007 a referenced bit, the xref index and a dependent bit; from R2007
+// the xref index alone, whose 0x100 bit says the record depends on an xref.
+int16_t readDwgRecordFlags(DwgObjectContext& c);

@@ -6,16 +6,12 @@
 
 namespace {
 
-// Name and the xref bits every record starts with; returns the group 70 bits they give.
+// A record of `Record`'s kind with its name and xref bits.
 template <class Record>
 Record* newRecord(DwgObjectContext& c) {
   Record* r = c.newObject<Record>();
   r->name = c.s.text();
-  bool referenced = c.d.B();
-  c.d.BS();  // xref index + 1
-  bool xrefDependent = c.d.B();
-  r->flags = int16_t((referenced ? SymbolTableRecord::kReferenced : 0) |
-                     (xrefDependent ? SymbolTableRecord::kXrefDependent : 0));
+  r->flags = readDwgRecordFlags(c);
   return r;
 }
 
@@ -238,6 +234,20 @@ void readViewportRecord(DwgObjectContext& c) {
 }
 
 }  // namespace
+
+int16_t readDwgRecordFlags(DwgObjectContext& c) {
+  bool referenced = false;
+  bool xrefDependent = false;
+  if (c.atLeast(kDwgR2007)) {
+    xrefDependent = (c.d.BS() & 0x100) != 0;
+  } else {
+    referenced = c.d.B();
+    c.d.BS();  // xref index + 1
+    xrefDependent = c.d.B();
+  }
+  return int16_t((referenced ? SymbolTableRecord::kReferenced : 0) |
+                 (xrefDependent ? SymbolTableRecord::kXrefDependent : 0));
+}
 
 void readDwgAppId(DwgObjectContext& c) { readAppId(c); }
 void readDwgTextStyle(DwgObjectContext& c) { readTextStyle(c); }
