@@ -440,6 +440,8 @@ public:
   const DrvBox& GetPageExtents() const { return m_pageExtents; }   // E2
   void SetSvgExtents(const DrvBox& box) { m_svgExtents = box; }
   void SetPageExtents(const DrvBox& box) { m_pageExtents = box; }
+  // Widens the extents by the box a text covers.
+  void ExtendTextExtents(const DrvText& text, double height, std::size_t characters);
 
   // Coordinate text with the configured precision; the returned buffer is overwritten by the
   // next call.

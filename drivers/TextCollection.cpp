@@ -53,6 +53,19 @@ void TRANS_BASE2::SetFont(const std::string& fontName, double height) {
   }
 }
 
+// A text widens the extents by the box it covers (its length estimated from the characters), so
+// that a view holding only texts still has a page to be written on.
+void TRANS_BASE2::ExtendTextExtents(const DrvText& text, double height, std::size_t characters) {
+  const double length = 0.6 * height * text.widthFactor * static_cast<double>(characters);
+  const double angle = text.rotation * M_PI / 180.0;
+  const double ux = std::cos(angle), uy = std::sin(angle);
+  const double x = text.position.x, y = text.position.y;
+  ExtendExtents(x, y);
+  ExtendExtents(x + length * ux, y + length * uy);
+  ExtendExtents(x - height * uy, y + height * ux);
+  ExtendExtents(x + length * ux - height * uy, y + length * uy + height * ux);
+}
+
 int TRANS_BASE2::DrawText(const TextRecord& record) {
   try {
     const double height = m_unitScale * record.height;
@@ -85,7 +98,7 @@ int TRANS_BASE2::DrawText(const TextRecord& record) {
     text.attributeTag = record.attributeTag;
     text.blockHandle = record.blockHandle;
     text.invisible = record.invisible;
-    ExtendExtents(text.position.x, text.position.y);
+    ExtendTextExtents(text, height, escaped.size());
     m_currentFontGroup->texts.push_back(std::move(text));
     return 1;
   } catch (...) {
