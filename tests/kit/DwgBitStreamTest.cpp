@@ -347,3 +347,52 @@ TEST(DwgBitStream, EntityCommonDataByRelease) {
     EXPECT_EQ(frame.visualStyle.value(), version >= kDwgR2010 ? 0x60u : 0u);
   }
 }
+
+// From R2007 the header and classes sections begin with their size in bits: values, then the
+// strings, then (header only) the handles, found the way objects find theirs.
+TEST(DwgBitStream, SectionsFromR2007SplitTheirStreams) {
+  BitWriter strings;
+  strings.TU(u"ISO");
+  BitWriter data;
+  data.RL(0);  // the size in bits, written below
+  data.BD(3.5);
+  for (size_t i = 0; i < strings.position(); ++i) data.bit((strings.bytes()[i / 8] >> (7 - i % 8)) & 1);
+  data.RS(uint16_t(strings.position()));
+  data.bit(true);
+  const size_t handleStart = data.position();
+  data.H(0x5, 0x1F);
+  std::vector<uint8_t> body = data.bytes();
+  for (int i = 0; i < 4; ++i) body[size_t(i)] = uint8_t(handleStart >> (8 * i));  // RL at a byte boundary
+
+  std::vector<uint8_t> section(kDwgHeaderSentinel, kDwgHeaderSentinel + 16);
+  for (int i = 0; i < 4; ++i) section.push_back(uint8_t(body.size() >> (8 * i)));
+  section.insert(section.end(), body.begin(), body.end());
+  section.push_back(0), section.push_back(0);
+  std::string_view view(reinterpret_cast<const char*>(section.data()), section.size());
+
+  DwgStreams s(kDwgR2007, nullptr);
+  DwgSectionFrame frame = openDwgSection(view, kDwgHeaderSentinel, s, 0);
+  ASSERT_TRUE(frame.ok) << frame.problem;
+  EXPECT_EQ(s.data.BD(), 3.5);
+  EXPECT_EQ(s.text(), "ISO");
+  EXPECT_EQ(s.handle().value(), 0x1Fu);
+  EXPECT_FALSE(s.overrun());
+
+  // The same bytes claimed by an R2000 section are values only.
+  DwgStreams old(kDwgR2000, nullptr);
+  frame = openDwgSection(view, kDwgHeaderSentinel, old, 0);
+  ASSERT_TRUE(frame.ok);
+  EXPECT_EQ(uint32_t(old.data.RL()), handleStart);
+  EXPECT_EQ(frame.endBit, body.size() * 8);
+
+  // A wrong sentinel or a size beyond the section is refused with the reason.
+  section[0] ^= 0xFF;
+  view = std::string_view(reinterpret_cast<const char*>(section.data()), section.size());
+  EXPECT_FALSE(openDwgSection(view, kDwgHeaderSentinel, s, 0).ok);
+  section[0] ^= 0xFF;
+  section[16] = 0xFF, section[17] = 0xFF;
+  view = std::string_view(reinterpret_cast<const char*>(section.data()), section.size());
+  DwgSectionFrame tooLong = openDwgSection(view, kDwgHeaderSentinel, s, 0);
+  EXPECT_FALSE(tooLong.ok);
+  EXPECT_NE(tooLong.problem.find("claims"), std::string::npos);
+}
