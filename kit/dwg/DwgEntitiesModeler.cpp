@@ -1,7 +1,8 @@
 // REGION, 3DSOLID and BODY: the ACIS data kept as DXF files keep it, one group per line of
 // the (lightly enciphered) SAT text, so that it can be written out again. Files store it in
-// blocks of bytes until an empty block (version 1); the binary form of version 2, and the
-// wire and silhouette data after it, are not kept.
+// blocks of bytes until an empty block (version 1). Version 2 (R2004 and later) holds binary
+// ACIS data, which DXF files hold as SAT text: it is not converted, so those bodies keep only
+// their version; the wire and silhouette data after the ACIS data are not kept either.
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
 

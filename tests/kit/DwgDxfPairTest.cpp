@@ -323,7 +323,7 @@ struct KnownGap {
   const char* why;
 };
 const KnownGap kKnownGaps[] = {
-    {"", "MODELER_GEOMETRY groups", "ACIS data stored without block sizes (R2004 and later) is not kept yet"},
+    {"", "MODELER_GEOMETRY groups", "binary ACIS data (SAB, R2004 and later) is not turned into SAT text yet"},
     {"", ": PROXY_ENTITY vs ACAD_TABLE", "tables of R2010 and later files stay proxies"},
     {"dwg/2013/gh109_1.dwg", "PROXY_ENTITY", "proxies keep their class name and not their data"},
     {"dwg/2013/gh109_1.dwg", "LINE lw", "lineweights of this R2013 file come out as the default"},
