@@ -1,0 +1,25 @@
+// The file header of R2007 files: 0x400 bytes at 0x80, Reed-Solomon coded in three interleaved
+// code words, holding a compressed block that locates the page map and the section map.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+// Where a system page is and how it is stored; `repeats` copies of its data fill the code words.
+struct DwgR2007SystemPage {
+  uint64_t offset = 0;  // from the end of the file header (0x480)
+  uint64_t compressedSize = 0;
+  uint64_t size = 0;
+  uint64_t repeats = 1;
+};
+
+struct DwgR2007FileHeader {
+  DwgR2007SystemPage pageMap;
+  DwgR2007SystemPage sectionMap;  // its offset comes from the page map
+  uint64_t sectionMapId = 0;
+};
+
+constexpr uint64_t kDwgR2007PagesAt = 0x480;
+
+// Throws DwgFormatError when the header is cut off or does not decompress.
+DwgR2007FileHeader readDwgR2007FileHeader(std::string_view file);
