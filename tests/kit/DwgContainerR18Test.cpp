@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 
 #include "kit/base/OdError.h"
 #include "kit/dwg/DwgDataSectionR18.h"
@@ -110,6 +111,16 @@ TEST(DwgContainerR18, FlippedBytesAreNoticed) {
   expectEveryFlipNoticed(bytes, sectionMapAt, sectionMapAt + 0x14 + dwgLe32(reinterpret_cast<const uint8_t*>(bytes.data()) + sectionMapAt + 8), "section map");
   expectEveryFlipNoticed(bytes, headerPage.address, headerPage.address + 0x20 + header.pages[0].dataSize, "header page");
   expectEveryFlipNoticed(bytes, classesPage.address, classesPage.address + 0x20 + classes.pages[0].dataSize, "classes page");
+}
+
+TEST(DwgContainerR18, RandomDamageNeverCrashes) {
+  std::string bytes = corpusBytes("dwg/2018/Line.dwg");
+  std::mt19937 random(2004);
+  for (int copy = 0; copy < 200; ++copy) {
+    std::string damaged = bytes;
+    for (int k = 0; k < 8; ++k) damaged[random() % damaged.size()] = char(random());
+    outcome(damaged);
+  }
 }
 
 TEST(DwgContainerR18, APasswordProtectedDrawingIsRefused) {
