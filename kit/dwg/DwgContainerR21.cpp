@@ -22,7 +22,7 @@ std::string_view requiredSection(std::string_view file, const std::vector<DwgR20
                                  const DwgR2007PageIndex& pages, DwgFileSections& sections) {
   const DwgR2007Section* info = findSection(infos, name);
   if (!info) fail(eInvalidDrawing, std::string("the section map lacks ") + name);
-  return sections.keep(readDwgR2007DataSection(file, *info, pages));
+  return sections.keep(readDwgR2007DataSection(file, *info, pages, sections.messages));
 }
 
 }  // namespace
@@ -46,6 +46,6 @@ void readDwgContainerR21(std::string_view bytes, DwgFileSections& sections) {
   sections.handles = requiredSection(bytes, infos, "AcDb:Handles", pages, sections);
   sections.objects = requiredSection(bytes, infos, "AcDb:AcDbObjects", pages, sections);
   if (const DwgR2007Section* info = findSection(infos, "AcDb:Template")) {
-    sections.templateSection = sections.keep(readDwgR2007DataSection(bytes, *info, pages));
+    sections.templateSection = sections.keep(readDwgR2007DataSection(bytes, *info, pages, sections.messages));
   }
 }

@@ -4,6 +4,7 @@
 
 #include "kit/base/OdError.h"
 #include "kit/dwg/DwgFileSections.h"
+#include "kit/dwg/DwgR2007PageChecksum.h"
 #include "kit/dwg/DwgR21Decompressor.h"
 #include "kit/dwg/DwgReedSolomon.h"
 
@@ -46,7 +47,7 @@ std::vector<uint8_t> pageData(std::string_view file, const DwgR2007Section& sect
 }  // namespace
 
 std::vector<uint8_t> readDwgR2007DataSection(std::string_view file, const DwgR2007Section& section,
-                                             const DwgR2007PageIndex& pages) {
+                                             const DwgR2007PageIndex& pages, std::vector<std::string>& messages) {
   checkSection(file, section);
   std::vector<uint8_t> out(section.size);
   for (const DwgR2007Page& page : section.pages) {
@@ -54,6 +55,9 @@ std::vector<uint8_t> readDwgR2007DataSection(std::string_view file, const DwgR20
     if (found == pages.end()) fail(eInvalidDrawing, section.name + " uses page " + std::to_string(page.id) + ", which the page map lacks");
     if (page.dataOffset > out.size()) fail(eInvalidDrawing, section.name + " has a page past its end");
     std::vector<uint8_t> data = pageData(file, section, page, found->second);
+    if (dwgR2007PageChecksum(0, data.data(), data.size()) != page.checksum) {
+      messages.push_back("page " + std::to_string(page.id) + " of " + section.name + ": check sum mismatch");
+    }
     size_t used = std::min<uint64_t>(data.size(), out.size() - page.dataOffset);
     std::copy(data.begin(), data.begin() + long(used), out.begin() + long(page.dataOffset));
   }

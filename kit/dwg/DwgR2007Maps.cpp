@@ -32,6 +32,7 @@ DwgR2007Page readPageFields(const uint8_t* p) {
   page.id = dwgLe64(p + 0x10);
   page.size = dwgLe64(p + 0x18);
   page.compressedSize = dwgLe64(p + 0x20);
+  page.checksum = dwgLe64(p + 0x28);
   return page;
 }
 

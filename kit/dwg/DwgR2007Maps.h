@@ -14,6 +14,7 @@ struct DwgR2007Page {
   uint64_t id = 0;          // into the page map
   uint64_t size = 0;        // decompressed
   uint64_t compressedSize = 0;
+  uint64_t checksum = 0;  // over the decompressed bytes
 };
 
 struct DwgR2007Section {

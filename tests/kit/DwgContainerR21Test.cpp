@@ -5,6 +5,8 @@
 
 #include <random>
 
+#include "kit/dwg/DwgR2007Header.h"
+#include "kit/dwg/DwgR2007Maps.h"
 #include "kit/dwg/DwgR21Decompressor.h"
 #include "kit/dwg/DwgReedSolomon.h"
 #include "kit/dwg/DwgSectionFraming.h"
@@ -122,6 +124,7 @@ TEST(DwgContainerR21, EveryCorpusFileGivesItsSections) {
     std::string bytes = corpusBytes(file);
     DwgFileSections sections;
     ASSERT_NO_THROW(readDwgContainerR21(bytes, sections));
+    EXPECT_TRUE(sections.messages.empty()) << sections.messages.front();
     EXPECT_TRUE(startsWith(sections.header, kDwgHeaderSentinel));
     EXPECT_TRUE(closedBy(sections.header, kHeaderEndSentinel));
     EXPECT_TRUE(startsWith(sections.classes, kDwgClassesSentinel));
@@ -144,6 +147,28 @@ TEST(DwgContainerR21, ACutFileIsAnError) {
     for (size_t cut = 0x480; cut < bytes.size() * 4 / 5; cut += bytes.size() / 61) {
       EXPECT_EQ(outcome(bytes.substr(0, cut)), "error") << cut;
     }
+  }
+}
+
+// Each stored data byte of the header section's page, flipped, is caught by the page check sum
+// or stops decompression.
+TEST(DwgContainerR21, FlippedPageBytesAreNoticed) {
+  std::string bytes = corpusBytes("dwg/example_2007.dwg");
+  DwgR2007FileHeader header = readDwgR2007FileHeader(bytes);
+  DwgR2007PageIndex pages = parseDwgR2007PageMap(readDwgR2007SystemPage(bytes, header.pageMap, "page map"));
+  header.sectionMap.offset = pages.at(header.sectionMapId) - kDwgR2007PagesAt;
+  std::vector<DwgR2007Section> infos = parseDwgR2007SectionMap(readDwgR2007SystemPage(bytes, header.sectionMap, "section map"));
+  auto section = std::find_if(infos.begin(), infos.end(), [](const DwgR2007Section& s) { return s.name == "AcDb:Header"; });
+  ASSERT_NE(section, infos.end());
+  ASSERT_EQ(section->encoding, 4u);
+  const DwgR2007Page& page = section->pages.at(0);
+  uint64_t at = pages.at(page.id);
+  size_t blocks = dwgRsBlocks((page.compressedSize + 7) & ~uint64_t(7), kDwgRsPageData);
+  for (size_t m = 0; m < page.compressedSize; ++m) {
+    std::string damaged = bytes;
+    size_t stored = at + (m % kDwgRsPageData) * blocks + m / kDwgRsPageData;
+    damaged[stored] = char(damaged[stored] ^ 0x5A);
+    EXPECT_NE(outcome(damaged), "silent") << "data byte " << m;
   }
 }
 
