@@ -28,8 +28,7 @@ Bytes decompress(const Bytes& in, size_t capacity = 0x8000) {
 
 // 0x4001 literals: 0x0F, 64 zero bytes of 0xFF each, 0x2F, and the 3 every run adds.
 Bytes longLiteralRun() {
-  Bytes run = {0x00};
-  run.insert(run.end(), 64, 0x00);
+  Bytes run(65, 0x00);  // the opcode byte, then 64 zero bytes
   run.push_back(0x2F);
   for (int i = 0; i < 0x4001; ++i) run.push_back(uint8_t('A' + i % 26));
   return run;
