@@ -93,7 +93,7 @@ void readLayer(DwgObjectContext& c) {
   auto* r = newRecord<LayerRecord>(c);
   if (c.before(kDwgR2000)) {
     if (c.d.B()) r->flags |= LayerRecord::kFrozen;
-    r->off = !c.d.B();
+    c.d.B();  // not the on/off state in these releases: a negative colour index says the layer is off
     if (c.d.B()) r->flags |= LayerRecord::kFrozenInNewViewports;
     if (c.d.B()) r->flags |= LayerRecord::kLocked;
   } else {

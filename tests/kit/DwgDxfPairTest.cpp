@@ -82,7 +82,15 @@ Dumped parse(const OdDbDatabase& db) {
       continue;
     }
     if (t.size() < 2) continue;
-    if (section == "LAYERS") d.layers[t[1]] = t[0];
+    if (section == "LAYERS") {
+      // The name with the layer's colour and state: a layer read as off hides all it holds.
+      std::string layer = t[0];
+      for (size_t i = 2; i < t.size(); ++i) {
+        if (t[i].rfind("color=", 0) == 0 || t[i] == "on" || t[i] == "off" || t[i] == "frozen" || t[i] == "locked")
+          layer += " " + t[i];
+      }
+      d.layers[t[1]] = layer;
+    }
     if (section == "BLOCKS") d.blocks[t[1]] = t[0];
     if (section == "LAYOUTS" && t[0] != "active") d.layouts[t[1]] = t[0];
     if (section != "BLOCK") continue;
