@@ -29,17 +29,39 @@ const std::vector<uint8_t>& dwgR2004MagicSequence() {
   return sequence;
 }
 
+namespace {
+
+// Decrypts the header at `at` into `h` and says whether its identification and check sum hold.
+bool decryptHeader(const uint8_t* raw, uint8_t* h, std::string& problem) {
+  const std::vector<uint8_t>& magic = dwgR2004MagicSequence();
+  for (size_t i = 0; i < kDwgR2004HeaderSize; ++i) h[i] = raw[i] ^ magic[i];
+  uint32_t stored = dwgLe32(h + kCrcAt);
+  dwgPutLe32(h + kCrcAt, 0);
+  if (std::memcmp(h, kFileId, sizeof kFileId) != 0) problem = "file header identification missing";
+  else if (dwgCrc32(0, h, kDwgR2004HeaderSize) != stored) problem = "file header check sum mismatch";
+  return problem.empty();
+}
+
+}  // namespace
+
 DwgR2004FileHeader readDwgR2004FileHeader(std::string_view file, std::vector<std::string>& messages) {
   if (file.size() < kDwgR2004FirstPageAt) throw DwgFormatError{eEndOfFile, "the file header is cut off"};
   const auto* raw = reinterpret_cast<const uint8_t*>(file.data());
-  const std::vector<uint8_t>& magic = dwgR2004MagicSequence();
   uint8_t h[kDwgR2004HeaderSize];
-  for (size_t i = 0; i < kDwgR2004HeaderSize; ++i) h[i] = raw[kDwgR2004HeaderAt + i] ^ magic[i];
-
-  if (std::memcmp(h, kFileId, sizeof kFileId) != 0) messages.push_back("file header identification missing");
-  uint32_t stored = dwgLe32(h + kCrcAt);
-  dwgPutLe32(h + kCrcAt, 0);
-  if (dwgCrc32(0, h, sizeof h) != stored) messages.push_back("file header check sum mismatch");
+  std::string problem;
+  if (!decryptHeader(raw + kDwgR2004HeaderAt, h, problem)) {
+    // The file ends with a copy of the header; a sound copy beats a damaged original.
+    uint8_t copy[kDwgR2004HeaderSize];
+    std::string copyProblem;
+    if (decryptHeader(raw + file.size() - kDwgR2004HeaderSize, copy, copyProblem)) {
+      std::memcpy(h, copy, sizeof h);
+      problem += "; the copy at the end of the file was used";
+    } else {
+      // Read on with the original: the maps it points to have their own checks.
+      decryptHeader(raw + kDwgR2004HeaderAt, h, copyProblem);
+    }
+    messages.push_back(problem);
+  }
 
   DwgR2004FileHeader header;
   header.securityFlags = dwgLe32(raw + 0x18);

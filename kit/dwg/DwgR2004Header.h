@@ -26,5 +26,6 @@ constexpr size_t kDwgR2004FirstPageAt = 0x100;
 const std::vector<uint8_t>& dwgR2004MagicSequence();
 
 // Decrypts and reads the file header; a wrong identification or check sum is reported in
-// `messages`. Throws DwgFormatError when the file is too short to hold it.
+// `messages`, and the copy that ends the file is used when it is sound. Throws DwgFormatError
+// when the file is too short to hold the header.
 DwgR2004FileHeader readDwgR2004FileHeader(std::string_view file, std::vector<std::string>& messages);

@@ -84,6 +84,21 @@ TEST(DwgContainerR18, TheFileHeaderDecryptsAndLocatesTheMaps) {
             (std::vector<uint8_t>{0x29, 0x23, 0xBE, 0x84, 0xE1, 0x6C, 0xD6, 0xAE}));
 }
 
+TEST(DwgContainerR18, ADamagedFileHeaderGivesWayToItsCopy) {
+  std::string bytes = corpusBytes(kSample);
+  for (size_t at = kDwgR2004HeaderAt + 0x50; at < kDwgR2004HeaderAt + 0x60; ++at) bytes[at] = char(~bytes[at]);
+  DwgFileSections sections;
+  ASSERT_NO_THROW(readDwgContainerR18(bytes, sections));
+  ASSERT_EQ(sections.messages.size(), 1u);
+  EXPECT_NE(sections.messages[0].find("copy"), std::string::npos);
+  EXPECT_TRUE(startsWith(sections.header, kDwgHeaderSentinel));
+  // With the copy damaged too, the maps cannot be found.
+  for (size_t at = bytes.size() - kDwgR2004HeaderSize + 0x50; at < bytes.size() - kDwgR2004HeaderSize + 0x60; ++at) {
+    bytes[at] = char(~bytes[at]);
+  }
+  EXPECT_EQ(outcome(bytes), "error");
+}
+
 TEST(DwgContainerR18, ACutFileIsAnError) {
   for (const char* file : {kSample, "dwg/2018/Line.dwg"}) {
     SCOPED_TRACE(file);
