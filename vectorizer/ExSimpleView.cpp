@@ -42,7 +42,11 @@ void ExSimpleView::beginViewVectorization() {
   const OdGiDeviationType kinds[5] = {kOdGiMaxDevForCircle, kOdGiMaxDevForCurve, kOdGiMaxDevForBoundary,
                                       kOdGiMaxDevForIsoline, kOdGiMaxDevForFacet};
   for (int i = 0; i < 5; ++i) deviations_[i] = deviationObject().deviation(kinds[i], probe);
-  const OdGeMatrix3d m = worldToDeviceMatrix();
+  worldToDevice_ = worldToDeviceMatrix();
+  settings_.eyeToWorld = eyeToWorldMatrix();
+  inputFileName_.clear();
+  if (TRANS_BASE2* driver = g_pOutputDriver) OdStringToUtf8(inputFileName_, driver->GetInputFileName());
+  const OdGeMatrix3d& m = worldToDevice_;
   g_EntityRuleState.outputYDown = m.entry[0][0] * m.entry[1][1] - m.entry[0][1] * m.entry[1][0] < 0.0 ? 1 : 0;
   if (auto* sink = dynamic_cast<OdGiGeometrySimplifier*>(baseDevice() ? baseDevice()->destGeometry() : nullptr)) {
     sink->setDeviation(&deviationObject());
@@ -63,9 +67,9 @@ EntityRuleInput ExSimpleView::RuleInput(const Entity& entity) const {
   input.database = database();
   input.viewportIndex = ViewportIndex();
   input.blockDepth = blockDepth();
-  input.blockToOutput = worldToDeviceMatrix() * blockToWorldTransform();
-  input.viewMatrices[0] = eyeToWorldMatrix();
-  input.viewMatrices[1] = worldToDeviceMatrix();
+  input.blockToOutput = worldToDevice_ * blockToWorldTransform();
+  input.viewMatrices[0] = settings_.eyeToWorld;
+  input.viewMatrices[1] = worldToDevice_;
   input.driverFlag = driverFlag;
   if (GiRegenContext* ctx = regenContext()) {
     input.layer = ctx->effectiveLayer(entity);
@@ -74,7 +78,7 @@ EntityRuleInput ExSimpleView::RuleInput(const Entity& entity) const {
       input.byBlockLineWeight = ctx->blockStack().back().lineweight;
     }
   }
-  if (TRANS_BASE2* driver = g_pOutputDriver) OdStringToUtf8(input.inputFileName, driver->GetInputFileName());
+  input.inputFileName = inputFileName_;
   return input;
 }
 

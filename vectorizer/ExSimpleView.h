@@ -3,6 +3,8 @@
 // the driver.
 #pragma once
 
+#include <string>
+
 #include <cstdint>
 #include <vector>
 
@@ -43,4 +45,7 @@ private:
 
   Settings settings_;
   double deviations_[5] = {0.0, 0.0, 0.0, 0.0, 0.0};
+  // Taken once when vectorization starts: the view does not move while its entities are drawn.
+  OdGeMatrix3d worldToDevice_;
+  std::string inputFileName_;
 };

@@ -43,6 +43,12 @@ bool GiClipStage::pointInside(const OdGePoint3d& p) const {
 
 void GiClipStage::polylineOut(int32_t numPoints, const OdGePoint3d* vertexList) {
   if (!dest_ || numPoints <= 0) return;
+  // Most point lists lie wholly inside or outside: only those that cross are cut.
+  switch (locate(numPoints, vertexList)) {
+    case Where::kInside: dest_->polylineProc(numPoints, vertexList); return;
+    case Where::kOutside: return;
+    case Where::kCrossing: break;
+  }
   std::vector<std::vector<OdGePoint3d>> pieces = {std::vector<OdGePoint3d>(vertexList, vertexList + numPoints)};
   for (const auto& boundary : boundaries_) {
     std::vector<std::vector<OdGePoint3d>> next;
@@ -56,6 +62,11 @@ void GiClipStage::polylineOut(int32_t numPoints, const OdGePoint3d* vertexList) 
 
 void GiClipStage::polygonOut(int32_t numPoints, const OdGePoint3d* vertexList) {
   if (!dest_ || numPoints <= 0) return;
+  switch (locate(numPoints, vertexList)) {
+    case Where::kInside: dest_->polygonProc(numPoints, vertexList); return;
+    case Where::kOutside: return;
+    case Where::kCrossing: break;
+  }
   std::vector<OdGePoint3d> area(vertexList, vertexList + numPoints);
   for (const auto& boundary : boundaries_) {
     area = gi::clipPolygon(area, boundary);

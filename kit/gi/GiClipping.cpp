@@ -49,12 +49,40 @@ void crossings(const OdGePoint3d& a, const OdGePoint3d& b, const std::vector<OdG
   std::sort(ts.begin(), ts.end());
 }
 
+struct Box2d {
+  double x0 = HUGE_VAL, y0 = HUGE_VAL, x1 = -HUGE_VAL, y1 = -HUGE_VAL;
+  template <class P>
+  void add(const P& p) {
+    x0 = std::min(x0, p.x), y0 = std::min(y0, p.y), x1 = std::max(x1, p.x), y1 = std::max(y1, p.y);
+  }
+  bool contains(const Box2d& b) const { return b.x0 >= x0 && b.x1 <= x1 && b.y0 >= y0 && b.y1 <= y1; }
+  bool misses(const Box2d& b) const { return b.x1 < x0 || b.x0 > x1 || b.y1 < y0 || b.y0 > y1; }
+};
+
+// A clip outline that is a rectangle along the axes (every view's own): a box test decides for
+// most polylines without cutting them edge by edge.
+bool isAxisRectangle(const std::vector<OdGePoint2d>& clip, const Box2d& box) {
+  if (clip.size() != 4) return false;
+  for (const OdGePoint2d& p : clip) {
+    if ((p.x != box.x0 && p.x != box.x1) || (p.y != box.y0 && p.y != box.y1)) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::vector<std::vector<OdGePoint3d>> clipPolyline(const std::vector<OdGePoint3d>& points,
                                                    const std::vector<OdGePoint2d>& clip) {
   std::vector<std::vector<OdGePoint3d>> pieces;
   if (clip.size() < 3 || points.empty()) return pieces;
+  Box2d clipBox, pointsBox;
+  for (const OdGePoint2d& p : clip) clipBox.add(p);
+  for (const OdGePoint3d& p : points) pointsBox.add(p);
+  if (clipBox.misses(pointsBox)) return pieces;
+  if (isAxisRectangle(clip, clipBox) && clipBox.contains(pointsBox)) {
+    pieces.push_back(points);
+    return pieces;
+  }
   if (points.size() == 1) {
     if (pointInPolygon(points[0].to2d(), clip)) pieces.push_back(points);
     return pieces;
