@@ -88,3 +88,19 @@ std::string toUpperAscii(std::string_view text) {
   for (char& c : out) c = upperAscii(c);
   return out;
 }
+
+void hyperlinksFromExtendedData(const std::vector<XDataGroup>& groups, std::vector<Hyperlink>& out) {
+  for (const XDataGroup& g : groups) {
+    if (!equalsIgnoringCase(g.appName, "PE_URL") || g.values.empty()) continue;
+    Hyperlink link;
+    int strings = 0;
+    for (const TaggedValue& v : g.values) {
+      if (v.code != 1000) continue;
+      if (strings == 0) link.url = v.text;
+      else if (strings == 1) link.description = v.text;
+      else if (strings == 2) link.subLocation = v.text;
+      ++strings;
+    }
+    out.push_back(std::move(link));
+  }
+}

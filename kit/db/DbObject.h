@@ -85,6 +85,10 @@ struct Hyperlink {
   std::string subLocation;
 };
 
+// PE_URL groups of extended data as hyperlinks: the address, then the description and the
+// sub-location. Every reader finds them this way.
+void hyperlinksFromExtendedData(const std::vector<XDataGroup>& groups, std::vector<Hyperlink>& out);
+
 // Data most objects do not have, kept out of line so that the common records stay small.
 struct ObjectExtras {
   std::vector<XDataGroup> xdata;

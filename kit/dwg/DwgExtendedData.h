@@ -1,5 +1,5 @@
 // Extended data items of one application, decoded into the DXF form the database keeps
-// (1000 strings, 1010 points as 1010/1020/1030, ...), and the hyperlinks they carry.
+// (1000 strings, 1010 points as 1010/1020/1030, ...).
 #pragma once
 
 #include <string_view>
@@ -11,5 +11,3 @@ class DxfTextDecoder;
 
 // False when the bytes end inside an item or hold an unknown code; the items before are kept.
 bool decodeDwgExtendedData(std::string_view bytes, int version, const DxfTextDecoder& decoder, TaggedValues& out);
-// PE_URL groups as hyperlinks: the address, then the description and the sub-location.
-void hyperlinksFromExtendedData(const std::vector<XDataGroup>& groups, std::vector<Hyperlink>& out);

@@ -257,21 +257,7 @@ bool DxfLoader::readExtendedData(DbObject& object) {
       current->values.push_back(taggedValue());
     }
   } while (next());
-  // Hyperlinks travel as extended data of the PE_URL application: the address, then the
-  // description and sub-location in a nested group.
-  for (const XDataGroup& g : groups) {
-    if (!equalsIgnoringCase(g.appName, "PE_URL") || g.values.empty()) continue;
-    Hyperlink link;
-    int strings = 0;
-    for (const TaggedValue& v : g.values) {
-      if (v.code != 1000) continue;
-      if (strings == 0) link.url = v.text;
-      else if (strings == 1) link.description = v.text;
-      else if (strings == 2) link.subLocation = v.text;
-      ++strings;
-    }
-    object.extras->hyperlinks.push_back(std::move(link));
-  }
+  hyperlinksFromExtendedData(groups, object.extras->hyperlinks);
   return true;
 }
 
