@@ -41,14 +41,17 @@ void SvgCoordinates::MoveTo(std::string& out, double x, double y) const {
   AppendPair(out, x, y);
 }
 
-bool SvgCoordinates::StepTo(std::string& out, double px, double py, double x, double y) const {
+bool SvgCoordinates::StepTo(std::string& out, double& px, double& py, double x, double y) const {
   if (!IsFinitePoint(x, y)) return false;
   double dx = x - px;
   double dy = y - py;
   bool flatX = std::fabs(dx) <= tolerance_;
   bool flatY = std::fabs(dy) <= tolerance_;
   if (flatX && flatY) return false;
+  // The pen moves to the point as written: a step written level keeps the pen's height, so that
+  // a run of shallow steps cannot drift away from the curve by more than the tolerance.
   if (flatY) {
+    px = x;
     if (std::fabs(dx) < kRelativeStepLimit) {
       out += 'h';
       AppendDx(out, dx);
@@ -57,6 +60,7 @@ bool SvgCoordinates::StepTo(std::string& out, double px, double py, double x, do
       AppendX(out, x);
     }
   } else if (flatX) {
+    py = y;
     if (std::fabs(dy) < kRelativeStepLimit) {
       out += 'v';
       AppendDy(out, dy);
@@ -65,11 +69,15 @@ bool SvgCoordinates::StepTo(std::string& out, double px, double py, double x, do
       AppendY(out, y);
     }
   } else if (std::fabs(dx) < kRelativeStepLimit && std::fabs(dy) < kRelativeStepLimit) {
+    px = x;
+    py = y;
     out += 'l';
     AppendDx(out, dx);
     out += ',';
     AppendDy(out, dy);
   } else {
+    px = x;
+    py = y;
     out += 'L';
     AppendPair(out, x, y);
   }

@@ -22,10 +22,10 @@ public:
 
   // "M" and the absolute pair.
   void MoveTo(std::string& out, double x, double y) const;
-  // One step command from (px, py) to (x, y). False, writing nothing, when the point is within
-  // the tolerance of the previous one in both axes or is not a finite number; such a point does
-  // not become the previous point.
-  bool StepTo(std::string& out, double px, double py, double x, double y) const;
+  // One step command from the pen (px, py) to (x, y); the pen moves to the point as written. False,
+  // writing nothing, when the point is within the tolerance of the pen in both axes or is not a
+  // finite number.
+  bool StepTo(std::string& out, double& px, double& py, double x, double y) const;
 
   // Page coordinates before formatting.
   double ShiftX(double x) const { return x - minX_; }
@@ -70,11 +70,7 @@ bool AppendPointRun(std::string& out, const SvgCoordinates& page, const Points& 
       pointsInElement = 1;
       page.MoveTo(out, px, py);
     }
-    if (page.StepTo(out, px, py, it->x, it->y)) {
-      px = it->x;
-      py = it->y;
-      ++pointsInElement;
-    }
+    if (page.StepTo(out, px, py, it->x, it->y)) ++pointsInElement;
   }
   return true;
 }

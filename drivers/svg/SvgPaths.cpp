@@ -329,11 +329,11 @@ void DRAWSVG::WriteFills(const std::vector<DrvFill>& records) {
           if (!IsFinitePoint(p.x, p.y)) continue;
           page.MoveTo(data, p.x, p.y);
           started = true;
-        } else if (!page.StepTo(data, px, py, p.x, p.y)) {
-          continue;
+          px = p.x;
+          py = p.y;
+        } else {
+          page.StepTo(data, px, py, p.x, p.y);
         }
-        px = p.x;
-        py = p.y;
       }
       if (!started) continue;
       AppendElementId("path");

@@ -75,7 +75,8 @@ TEST(SvgPathData, StepCommandsChooseRelativeOrAbsolute) {
   };
   for (const StepCase& c : cases) {
     std::string out;
-    bool written = page.StepTo(out, c.px, c.py, c.x, c.y);
+    double px = c.px, py = c.py;
+    bool written = page.StepTo(out, px, py, c.x, c.y);
     EXPECT_EQ(out, c.expected) << c.x << "," << c.y;
     EXPECT_EQ(written, !std::string(c.expected).empty());
   }
@@ -85,12 +86,25 @@ TEST(SvgPathData, PolylineFromTheCornerOfThePage) {
   SvgCoordinates page(0, 100, 2, 0.001);
   std::string d;
   page.MoveTo(d, 0, 0);
-  page.StepTo(d, 0, 0, 50, 0);
-  page.StepTo(d, 50, 0, 50, 30);
+  double px = 0, py = 0;
+  page.StepTo(d, px, py, 50, 0);
+  page.StepTo(d, px, py, 50, 30);
   EXPECT_EQ(d, "M0,100h50v-30");
   SvgCoordinates shifted(-10, 90, 2, 0.001);
   EXPECT_EQ(shifted.XText(0), "10");
   EXPECT_EQ(shifted.YText(0), "90");
+}
+
+TEST(SvgPathData, ShallowStepsStayWithinTheToleranceOfTheCurve) {
+  // A line rising 0.4 per step, under the tolerance of 1: written level, the pen keeps its
+  // height, and once the rise passes the tolerance a step climbs back to the line.
+  SvgCoordinates page(0, 0, 2, 1.0);
+  std::string d;
+  double px = 0, py = 0;
+  page.MoveTo(d, 0, 0);
+  for (int i = 1; i <= 3; ++i) page.StepTo(d, px, py, 10.0 * i, 0.4 * i);
+  EXPECT_EQ(d, "M0,0h10h10l10,-1.2");
+  EXPECT_DOUBLE_EQ(py, 1.2);
 }
 
 struct Pt {
