@@ -55,8 +55,11 @@ public:
   void polygonOut(int32_t numPoints, const OdGePoint3d* vertexList) override { addAll(numPoints, vertexList); }
 
 private:
+  // Points past 1e100 come from damaged data (a scale of 1e300, say): they would shrink the rest of
+  // the drawing to nothing, so they do not count.
   void add(const OdGePoint3d& p) {
-    if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) box.addPoint(p);
+    constexpr double kFarAway = 1e100;
+    if (std::fabs(p.x) <= kFarAway && std::fabs(p.y) <= kFarAway && std::fabs(p.z) <= kFarAway) box.addPoint(p);
   }
   void addAll(int32_t n, const OdGePoint3d* points) {
     for (int32_t i = 0; i < n && points; ++i) add(points[i]);
