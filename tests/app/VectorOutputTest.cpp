@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -115,6 +116,50 @@ TEST(VectorOutput, CorpusDrawingsConvertToWellFormedSvg) {
     }
   }
   EXPECT_GT(written, drawings.size());
+}
+
+void WriteFile(const fs::path& file, const std::string& text) { std::ofstream(file, std::ios::binary) << text; }
+
+// Group code and value lines of a DXF file.
+std::string Tags(std::initializer_list<std::pair<int, std::string>> pairs) {
+  std::string text;
+  for (const auto& [code, value] : pairs) text += std::to_string(code) + "\n" + value + "\n";
+  return text;
+}
+
+// Degenerate geometry beside one sound line: zero and negative radii, NaN and infinite values,
+// an insert of a block that inserts itself, an array of a million copies scaled by 1e300, a huge
+// bulge. The conversion ends normally and the sound line is written.
+TEST(VectorOutput, DegenerateGeometryLeavesTheRestOfTheDrawing) {
+  ScratchDirectory dir;
+  std::string dxf = Tags({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1009"}, {0, "ENDSEC"}});
+  dxf += Tags({{0, "SECTION"}, {2, "BLOCKS"}, {0, "BLOCK"}, {8, "0"}, {2, "LOOP"}, {70, "0"}, {10, "0"}, {20, "0"},
+               {30, "0"}, {0, "INSERT"}, {8, "0"}, {2, "LOOP"}, {10, "1"}, {20, "1"}, {30, "0"}, {0, "ENDBLK"},
+               {8, "0"}, {0, "ENDSEC"}, {0, "SECTION"}, {2, "ENTITIES"}});
+  dxf += Tags({{0, "CIRCLE"}, {8, "0"}, {10, "0"}, {20, "0"}, {30, "0"}, {40, "0"}});
+  dxf += Tags({{0, "CIRCLE"}, {8, "0"}, {10, "5"}, {20, "5"}, {30, "0"}, {40, "-3"}});
+  dxf += Tags({{0, "LINE"}, {8, "0"}, {10, "nan"}, {20, "0"}, {30, "0"}, {11, "10"}, {21, "10"}, {31, "0"}});
+  dxf += Tags({{0, "ARC"}, {8, "0"}, {10, "1"}, {20, "1"}, {30, "0"}, {40, "inf"}, {50, "0"}, {51, "90"}});
+  dxf += Tags({{0, "ELLIPSE"}, {8, "0"}, {10, "0"}, {20, "0"}, {30, "0"}, {11, "0"}, {21, "0"}, {31, "0"},
+               {40, "0.5"}, {41, "0"}, {42, "6.283185307"}});
+  dxf += Tags({{0, "INSERT"}, {8, "0"}, {2, "LOOP"}, {10, "0"}, {20, "0"}, {30, "0"}, {41, "1e300"},
+               {42, "1e300"}, {70, "1000"}, {71, "1000"}, {44, "1"}, {45, "1"}});
+  dxf += Tags({{0, "LWPOLYLINE"}, {8, "0"}, {90, "2"}, {70, "1"}, {10, "0"}, {20, "0"}, {42, "1e30"}, {10, "1"},
+               {20, "1"}});
+  dxf += Tags({{0, "LINE"}, {8, "WALLS"}, {10, "0"}, {20, "0"}, {30, "0"}, {11, "100"}, {21, "60"}, {31, "0"}});
+  dxf += Tags({{0, "ENDSEC"}, {0, "EOF"}});
+  WriteFile(dir.path() / "bad.dxf", dxf);
+  for (const std::string views : {"", " -ALL", " -EXTENTS"}) {
+    const ProgramRun run = RunDm2020("bad.dxf out.svg -Q" + views, dir.path());
+    EXPECT_EQ(run.status, 0) << views;
+    EXPECT_EQ(run.err, "") << views;
+    ASSERT_TRUE(SvgFiles(dir.path()).count("out.svg")) << views << run.out;
+    EXPECT_NE(ReadWholeFile(dir.path() / "out.svg").find("layer_WALLS"), std::string::npos) << views;
+    if (HaveXmllint()) {
+      EXPECT_TRUE(WellFormed(dir.path() / "out.svg")) << views;
+    }
+    fs::remove(dir.path() / "out.svg");
+  }
 }
 
 }  // namespace
