@@ -36,7 +36,7 @@ measure() {
   awk '{printf "%.2f s, %.0f MB", $1, $2 / 1024}' "$log"
 }
 
-run_dm2020() { mkdir -p "$work/dm"; measure "$build/dm2020" "$1" "$work/dm/out.svg" -Q; }
+run_dm2020() { mkdir -p "$work/dm"; (cd "$work/dm" && measure "$build/dm2020" "$1" "$work/dm/out.svg" -Q); }
 run_librecad() {
   command -v librecad >/dev/null || { echo "not installed"; return; }
   mkdir -p "$work/lc"; cp "$1" "$work/lc/in.dxf"

@@ -66,13 +66,13 @@ function fail(what) {
 
 // One conversion into its own directory; returns the SVG files it wrote.
 function convert(drawing, index, mode) {
-  const dir = path.join(outDir, `${index}-${mode}`);
+  const dir = path.resolve(outDir, `${index}-${mode}`);
   fs.rmSync(dir, { recursive: true, force: true });
   fs.mkdirSync(dir, { recursive: true });
   const args = [drawing, path.join(dir, 'out.svg'), '-Q'];
   if (mode === 'all') args.push('-ALL');
-  const run = spawnSync(dm2020, args, { timeout: TIMEOUT_MS, encoding: 'latin1' });
-  const name = `${path.relative(corpusDir, drawing)} (${mode})`;
+  const run = spawnSync(dm2020, args, { cwd: dir, timeout: TIMEOUT_MS, encoding: 'latin1' });
+  const name = `${path.relative(path.resolve(corpusDir), drawing)} (${mode})`;
   if (run.error || run.signal) {
     fail(`${name}: ${run.error ? run.error.message : 'killed by ' + run.signal}`);
     return [];
@@ -82,7 +82,7 @@ function convert(drawing, index, mode) {
     return [];
   }
   const svgs = fs.readdirSync(dir).filter((f) => f.endsWith('.svg')).map((f) => path.join(dir, f));
-  const relative = path.relative(corpusDir, drawing);
+  const relative = path.relative(path.resolve(corpusDir), drawing);
   if (svgs.length === 0 && !(relative in NOTHING_TO_DRAW)) {
     fail(`${name}: no SVG written (exit ${run.status}): ${run.stdout.slice(-300)}`);
   }
@@ -158,7 +158,7 @@ async function openPage(browser, base) {
 
 (async () => {
   fs.mkdirSync(outDir, { recursive: true });
-  const drawings = findDrawings(corpusDir);
+  const drawings = findDrawings(path.resolve(corpusDir));
   const outputs = [];
   drawings.forEach((drawing, i) => {
     for (const mode of ['default', 'all']) outputs.push(...convert(drawing, i, mode));
