@@ -17,8 +17,11 @@ void readDwgLeader(DwgObjectContext& c) {
   e->blockOffset = d.vector3BD();
   if (c.atLeast(kDwgR14)) e->annotationOffset = d.vector3BD();
   if (c.before(kDwgR2000)) d.BD();  // text gap
-  e->textHeight = d.BD();
-  e->textWidth = d.BD();
+  // From R2010 on the annotation box's size is no longer stored.
+  if (c.before(kDwgR2010)) {
+    e->textHeight = d.BD();
+    e->textWidth = d.BD();
+  }
   e->hooklineOppositeDirection = !d.B();  // the file says whether the hook line runs along x
   e->hasArrowhead = d.B();
   if (c.before(kDwgR2000)) {
