@@ -58,16 +58,7 @@ TEST(DwgContainerR18, EveryCorpusFileGivesItsSections) {
     std::string bytes = corpusBytes(file);
     DwgFileSections sections;
     ASSERT_NO_THROW(readDwgContainerR18(bytes, sections));
-    EXPECT_TRUE(sections.messages.empty()) << sections.messages.front();
-    EXPECT_TRUE(startsWith(sections.header, kDwgHeaderSentinel));
-    EXPECT_TRUE(closedBy(sections.header, kHeaderEndSentinel));
-    EXPECT_TRUE(startsWith(sections.classes, kDwgClassesSentinel));
-    EXPECT_TRUE(closedBy(sections.classes, kClassesEndSentinel));
-    // The object map ends with an empty chunk: its big-endian size 2 and a zero check sum.
-    ASSERT_GE(sections.handles.size(), 4u);
-    EXPECT_EQ(sections.handles.substr(sections.handles.size() - 4, 2), std::string("\x00\x02", 2));
-    EXPECT_GT(sections.objects.size(), 1000u);
-    EXPECT_GE(sections.templateSection.size(), 2u);
+    expectWholeSections(sections);
     EXPECT_GT(sections.codePage, 0);
   }
 }

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "kit/dwg/DwgFileSections.h"
 #include "tests/kit/DwgTestSupport.h"
 
@@ -38,6 +40,20 @@ inline bool startsWith(std::string_view section, const uint8_t* sentinel) {
 inline bool closedBy(std::string_view section, const uint8_t* sentinel) {
   return section.size() > 32 &&
          section.find(std::string_view(reinterpret_cast<const char*>(sentinel), 16), 16) != std::string_view::npos;
+}
+
+// What every sound file's container yields: header and classes between their sentinels, an object
+// map ending with its empty chunk (big-endian size 2 and a zero check sum), objects, a template.
+inline void expectWholeSections(const DwgFileSections& sections) {
+  EXPECT_TRUE(sections.messages.empty()) << sections.messages.front();
+  EXPECT_TRUE(startsWith(sections.header, kDwgHeaderSentinel));
+  EXPECT_TRUE(closedBy(sections.header, kHeaderEndSentinel));
+  EXPECT_TRUE(startsWith(sections.classes, kDwgClassesSentinel));
+  EXPECT_TRUE(closedBy(sections.classes, kClassesEndSentinel));
+  ASSERT_GE(sections.handles.size(), 4u);
+  EXPECT_EQ(sections.handles.substr(sections.handles.size() - 4, 2), std::string("\x00\x02", 2));
+  EXPECT_GT(sections.objects.size(), 1000u);
+  EXPECT_GE(sections.templateSection.size(), 2u);
 }
 
 // What a reader made of damaged bytes: "error" for DwgFormatError, "reported" when it read on
