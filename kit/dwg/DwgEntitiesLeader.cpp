@@ -1,6 +1,30 @@
 // LEADER and TOLERANCE: annotation entities that take their look from a dimension style.
+#include <cmath>
+
+#include "kit/db/DimStyleOverrides.h"
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
+
+namespace {
+
+// DWG files leave a leader's hook line out of its vertices; DXF files and the drawing list it.
+// AutoCAD hooks a leader with an annotation whose last segment is steeper than 15 degrees to
+// the annotation's direction, with a hook as long as an arrowhead, toward the annotation.
+void addHookLine(LeaderEntity& e) {
+  constexpr double kSteepest = 15.0 * M_PI / 180.0;
+  if (e.annotationType == 3 || e.annotation.isNull() || e.vertices.size() < 2) return;
+  OdGeVector3d along = e.horizontalDirection.isZeroLength() ? OdGeVector3d(1.0, 0.0, 0.0) : e.horizontalDirection.normal();
+  const OdGePoint3d end = e.vertices.back();
+  OdGeVector3d last = end - e.vertices[e.vertices.size() - 2];
+  if (last.isZeroLength()) return;
+  double angle = std::acos(std::min(1.0, std::fabs(last.normal().dotProduct(along))));
+  if (!(angle > kSteepest)) return;
+  double length = dimensionArrowSize(e, e.style);
+  e.vertices.insert(e.vertices.end() - 1, end + along * (e.hooklineOppositeDirection ? -length : length));
+  e.hasHookline = true;
+}
+
+}  // namespace
 
 void readDwgLeader(DwgObjectContext& c) {
   auto* e = c.newEntity<LeaderEntity>();
@@ -40,6 +64,7 @@ void readDwgLeader(DwgObjectContext& c) {
   }
   e->annotation = c.s.handle();
   e->style = c.dimStyle(c.s.handle());
+  addHookLine(*e);
 }
 
 void readDwgTolerance(DwgObjectContext& c) {

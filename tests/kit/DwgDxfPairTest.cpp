@@ -368,7 +368,6 @@ const KnownGap kKnownGaps[] = {
     {"dwg/2013/gh109_1.dwg", "PROXY_ENTITY", "proxies keep their class name and not their data"},
     {"dwg/2013/gh109_1.dwg", "LINE lw", "lineweights of this R2013 file come out as the default"},
     {"dwg/2013/gh109_1.dwg", "LWPOLYLINE lw", "lineweights of this R2013 file come out as the default"},
-    {"dwg/2010/Leader.dwg", "9DD LEADER vertices", "the hook line's end, which DXF files list as a vertex, is not added"},
     {"dwg/2013/gh109_1.dwg", "A02 TEXT xdata", "extended data of a text in this R2013 file is not found"},
 };
 

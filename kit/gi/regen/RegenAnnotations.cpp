@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "kit/db/DimStyleOverrides.h"
 #include "kit/gi/regen/RegenEntities.h"
 #include "kit/gi/regen/RegenPrimitives.h"
 
@@ -24,11 +25,6 @@ void drawArrowhead(GiRegenContext& ctx, const OdGePoint3d& tip, const OdGePoint3
 }
 
 namespace {
-
-double arrowSize(const DimStyleRecord* style) {
-  double size = style ? style->dimasz() * style->dimscale() : 0.18;
-  return size > 0.0 && std::isfinite(size) ? size : 0.18;
-}
 
 void drawOwnedBlock(GiRegenContext& ctx, const Entity& owner, const BlockRecord* block, const OdGeMatrix3d& placement) {
   if (!block || block->entities.empty()) return;
@@ -92,7 +88,7 @@ void regenLeader(GiRegenContext& ctx, const LeaderEntity& e) {
   } else {
     drawChain(ctx, e.vertices);
   }
-  if (e.hasArrowhead) drawArrowhead(ctx, e.vertices[0], e.vertices[1], arrowSize(e.style), normal);
+  if (e.hasArrowhead) drawArrowhead(ctx, e.vertices[0], e.vertices[1], dimensionArrowSize(e, e.style), normal);
 }
 
 void regenTolerance(GiRegenContext& ctx, const ToleranceEntity& e) {
