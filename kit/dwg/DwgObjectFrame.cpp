@@ -109,7 +109,7 @@ void readEntityData(DwgStreams& s, DwgObjectFrame& f) {
     f.edgeVisualStyle = d.B();
   }
   f.invisible = d.BS();
-  if (s.atLeast(kDwgR2000)) f.lineweight = dwgLineweightFromIndex(d.RC());
+  if (s.atLeast(kDwgR2000)) f.lineweight = dwgLineweightFromIndex(d.RC(), -1);
 }
 
 void readCommonHandles(DwgStreams& s, DwgObjectFrame& f, bool isEntity) {
