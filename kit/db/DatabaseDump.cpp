@@ -5,6 +5,7 @@
 #include <map>
 
 #include "kit/db/OdDbDatabase.h"
+#include "kit/db/ProxyClass.h"
 
 namespace {
 
@@ -417,7 +418,9 @@ private:
       }
       case DbType::kProxyEntity: {
         auto& p = static_cast<const ProxyEntity&>(e);
-        s += "name=" + p.dxfName + " groups=" + std::to_string(p.data.size());
+        s += "name=" + p.dxfName;
+        if (const DatabaseClass* cls = proxyClass(db_, p)) s += " class=" + cls->dxfName;
+        s += " groups=" + std::to_string(p.data.size());
         break;
       }
       default:

@@ -28,8 +28,8 @@ void readDwgClasses(DwgStreams& s, size_t endBit, std::vector<DwgClass>& classes
     c.info.isEntity = d.BS() == 0x1F2;
     if (s.atLeast(kDwgR2004)) {
       c.info.instanceCount = d.BL();
-      d.BS();  // release the class was written for
-      d.BS();  // and its maintenance release
+      c.dwgVersion = uint32_t(d.BL());
+      d.BL();  // its maintenance release
       d.BL();
       d.BL();
     }

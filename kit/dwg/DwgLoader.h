@@ -121,6 +121,7 @@ public:
 
   OdDbDatabase& db;
   int version() const { return sections_.version; }
+  int maintenanceVersion() const { return sections_.maintenanceVersion; }
   const DxfTextDecoder& decoder() const { return decoder_; }
   void warn(std::string message);
   // Names of applications (extended data) and of classes by type number.

@@ -2,6 +2,7 @@
 // record goes into its table, the objects list or (entities) waits for the assembly.
 #include "kit/dwg/DwgExtendedData.h"
 #include "kit/dwg/DwgLoader.h"
+#include "kit/dwg/DwgProxyData.h"
 
 OdDbDatabase& DwgObjectContext::db() { return loader.db; }
 
@@ -137,6 +138,10 @@ void readUnknownDwgObject(DwgObjectContext& c, const DwgClass* cls, bool isEntit
   if (isEntity) {
     auto* e = c.newEntity<ProxyEntity>();
     e->dxfName = name;
+    if (cls) {
+      e->dxfName = "ACAD_PROXY_ENTITY";
+      keepDwgProxyEntityData(c, *cls, e->data);
+    }
     ++report.proxyEntities;
     ++report.proxyNames[name];
     return;

@@ -192,6 +192,7 @@ void readDwgObjectCommon(DwgStreams& s, DwgObjectFrame& f, bool isEntity) {
   if (isEntity && d.B()) {
     uint64_t bytes = s.atLeast(kDwgR2010) ? d.BLL() : uint32_t(d.RL());
     f.graphicsBytes = bytes > UINT32_MAX ? UINT32_MAX : uint32_t(bytes);
+    f.graphicsBit = d.position();
     d.skip(bytes > d.bitsLeft() / 8 ? d.bitsLeft() + 1 : size_t(bytes) * 8);
   }
   if (s.before(kDwgR2000)) {

@@ -47,6 +47,7 @@ struct DwgObjectFrame {
   int16_t invisible = 0;
   int16_t lineweight = -1;
   uint32_t graphicsBytes = 0;
+  size_t graphicsBit = 0;  // where the graphics start in the value stream
 
   // Common references.
   OdDbHandle owner;

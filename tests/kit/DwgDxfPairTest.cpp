@@ -101,7 +101,9 @@ Dumped parse(const OdDbDatabase& db) {
       if (eq == std::string::npos) e.fields[t[i]] = "";
       else e.fields[t[i].substr(0, eq)] = t[i].substr(eq + 1);
     }
+    // A proxy of an application class goes by its class.
     if (auto it = e.fields.find("name"); it != e.fields.end() && e.kind == "PROXY_ENTITY") e.proxyName = it->second;
+    if (auto it = e.fields.find("class"); it != e.fields.end() && e.kind == "PROXY_ENTITY") e.proxyName = it->second;
     d.entities[t[1]] = e;
   }
   return d;
@@ -380,7 +382,6 @@ struct KnownGap {
 const KnownGap kKnownGaps[] = {
     {"", "MODELER_GEOMETRY groups", "binary ACIS data (SAB, R2004 and later) is not turned into SAT text yet"},
     {"", ": PROXY_ENTITY vs ACAD_TABLE", "tables of R2010 and later files stay proxies"},
-    {"dwg/2013/gh109_1.dwg", "PROXY_ENTITY", "proxies keep their class name and not their data"},
 };
 
 bool knownGap(const std::string& file, const std::string& problem) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kit/db/OdDbDatabase.h"
+#include "kit/db/ProxyClass.h"
 #include "kit/dxf/DxfReader.h"
 
 inline std::string corpusPath(const std::string& relative) { return std::string(DM_CORPUS_DIR) + "/" + relative; }
@@ -54,7 +55,10 @@ inline std::string entityCountsByKind(const OdDbDatabase& db) {
   std::map<std::string, size_t> counts;
   for (const BlockRecord* block : db.blocks()) {
     for (const Entity* e : block->entities) {
-      if (auto* proxy = dbCast<ProxyEntity>(e)) ++counts["PROXY(" + proxy->dxfName + ")"];
+      if (auto* proxy = dbCast<ProxyEntity>(e)) {
+        const DatabaseClass* cls = proxyClass(db, *proxy);
+        ++counts["PROXY(" + (cls ? cls->dxfName : proxy->dxfName) + ")"];
+      }
       else if (auto* modeler = dbCast<ModelerGeometryEntity>(e)) ++counts[modeler->dxfName];
       else ++counts[dbTypeName(e->type)];
       if (auto* ref = dbCast<BlockReferenceEntity>(e)) counts["ATTRIB"] += ref->attributes.size();

@@ -1,0 +1,11 @@
+// The groups of an entity of a class this kit does not read, as AutoCAD writes proxies to DXF.
+#pragma once
+
+#include "kit/db/TaggedValue.h"
+
+class DwgObjectContext;
+struct DwgClass;
+
+// Reads the rest of the object (its value, string and handle streams, positioned after the
+// common entity data) into `out`.
+void keepDwgProxyEntityData(DwgObjectContext& c, const DwgClass& cls, TaggedValues& out);
