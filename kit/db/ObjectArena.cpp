@@ -1,5 +1,6 @@
 #include "kit/db/ObjectArena.h"
 
+#include <algorithm>
 #include <cstdint>
 
 void* ObjectArena::allocate(size_t size, size_t align) {
@@ -9,9 +10,9 @@ void* ObjectArena::allocate(size_t size, size_t align) {
   };
   std::byte* place = cursor_ ? aligned(cursor_) : nullptr;
   if (!place || place + size > limit_) {
-    // Blocks grow geometrically up to 4 MB so that small drawings stay small.
-    size_t blockSize = nextBlockSize_;
-    if (nextBlockSize_ < 4 * 1024 * 1024) nextBlockSize_ *= 2;
+    // Blocks grow with what is in use, a quarter of it up to 4 MB, so that the space the last
+    // block leaves unused stays a small part of the whole.
+    size_t blockSize = std::clamp(bytesUsed_ / 4, kFirstBlock, kLargestBlock);
     if (blockSize < size + align) blockSize = size + align;
     // Uninitialised on purpose: every object is constructed in place.
     blocks_.push_back({std::unique_ptr<std::byte[]>(new std::byte[blockSize]), blockSize});
@@ -30,5 +31,4 @@ void ObjectArena::clear() {
   blocks_.clear();
   cursor_ = limit_ = nullptr;
   bytesUsed_ = 0;
-  nextBlockSize_ = 64 * 1024;
 }

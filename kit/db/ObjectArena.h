@@ -48,5 +48,6 @@ private:
   std::byte* cursor_ = nullptr;
   std::byte* limit_ = nullptr;
   size_t bytesUsed_ = 0;
-  size_t nextBlockSize_ = 64 * 1024;
+  static constexpr size_t kFirstBlock = 64 * 1024;
+  static constexpr size_t kLargestBlock = 4 * 1024 * 1024;
 };

@@ -25,6 +25,8 @@ void DwgLoader::assemble() {
   // Children by the handle of their owner, in handle order: one sorted list rather than a list
   // per owner, since a drawing has as many owners as it has polylines and block references.
   std::vector<std::pair<uint64_t, uint32_t>> children;
+  children.reserve(size_t(std::count_if(states_.begin(), states_.end(),
+                                        [](const DwgObjectState& s) { return s.status == 1 && isPlaced(s.role); })));
   for (size_t i = 0; i < n; ++i) {
     const DwgObjectState& s = states_[i];
     if (s.status != 1 || !isPlaced(s.role)) continue;
@@ -75,7 +77,7 @@ void DwgLoader::assemble() {
     for (uint32_t index : parts) {
       const DwgObjectState& s = states_[index];
       if (polyline && s.role == DwgRole::kVertex) {
-        polyline->vertices.push_back(std::move(vertices_[s.vertex]));
+        polyline->vertices.push_back(vertices_.take(s.vertex));
       } else if (auto* attribute = dbCast<AttributeEntity>(s.object); reference && attribute) {
         reference->attributes.push_back(attribute);
       } else {
@@ -85,7 +87,7 @@ void DwgLoader::assemble() {
   }
 
   // Every vertex now lives in its polyline.
-  std::vector<PolylineVertex>().swap(vertices_);
+  vertices_.clear();
 
   size_t placed = 0;
   for (BlockRecord* block : db.blocks()) {

@@ -69,8 +69,7 @@ void readPolyline(DwgObjectContext& c, Read readOwnData) {
 // A vertex is kept aside until the assembly gives it to its polyline.
 PolylineVertex& newVertex(DwgObjectContext& c) {
   c.role = DwgRole::kVertex;
-  c.loader.vertices_.emplace_back();
-  PolylineVertex& v = c.loader.vertices_.back();
+  PolylineVertex& v = c.loader.vertices_.add();
   v.handle = c.frame.handle;
   v.color = c.frame.color;
   v.flags = c.d.RC();
@@ -170,8 +169,7 @@ void readDwgVertex3d(DwgObjectContext& c) {
 
 void readDwgFaceRecord(DwgObjectContext& c) {
   c.role = DwgRole::kVertex;
-  c.loader.vertices_.emplace_back();
-  PolylineVertex& v = c.loader.vertices_.back();
+  PolylineVertex& v = c.loader.vertices_.add();
   v.handle = c.frame.handle;
   v.color = c.frame.color;
   v.flags = PolylineVertex::kPolyfaceFace | PolylineVertex::kMeshVertex;

@@ -19,6 +19,7 @@
 #include "kit/dwg/DwgObjectMap.h"
 #include "kit/dwg/DwgReader.h"
 #include "kit/dwg/DwgStreams.h"
+#include "kit/dwg/DwgVertexStore.h"
 #include "kit/dxf/DxfTextDecoder.h"
 
 class DwgLoader;
@@ -132,7 +133,7 @@ public:
   DbObject* objectFor(OdDbHandle h);
 
   // Assembly bookkeeping (DwgAssembly.cpp).
-  std::vector<PolylineVertex> vertices_;
+  DwgVertexStore vertices_;
   std::unordered_map<const DbObject*, DwgOwnedObjects> owned_;
   std::unordered_map<BlockRecord*, OdDbHandle> blockOfBeginEntity_;
   std::vector<DwgMapEntry> map_;

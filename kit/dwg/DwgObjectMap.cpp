@@ -55,4 +55,5 @@ void readDwgObjectMap(std::string_view section, std::vector<DwgMapEntry>& entrie
     else entries[kept++] = entries[i];
   }
   entries.resize(kept);
+  entries.shrink_to_fit();  // the map lives through the whole load
 }
