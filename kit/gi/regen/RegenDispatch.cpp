@@ -61,7 +61,8 @@ void regenEntity(GiRegenContext& ctx, const Entity& entity) {
     case DbType::kShape: regenShape(ctx, static_cast<const ShapeEntity&>(entity)); break;
     case DbType::kUnderlay: regenUnderlay(ctx, static_cast<const UnderlayEntity&>(entity)); break;
     case DbType::kMesh: regenMesh(ctx, static_cast<const MeshEntity&>(entity)); break;
-    // Modeler geometry (ACIS) and proxies carry no graphics this kit can read.
+    case DbType::kProxyEntity: regenProxyEntity(ctx, static_cast<const ProxyEntity&>(entity)); break;
+    // Modeler geometry (ACIS) carries no graphics this kit can read.
     default: break;
   }
 }

@@ -1,6 +1,7 @@
 // The regeneration of each entity family, called by regenEntity once the entity's traits are set.
 // One file per family: RegenCurves, RegenPolylines, RegenMeshes, RegenSolids, RegenHatch,
-// RegenInserts, RegenText, RegenMText, RegenAnnotations, RegenMLeader, RegenImages, RegenMLine.
+// RegenInserts, RegenText, RegenMText, RegenAnnotations, RegenMLeader, RegenImages, RegenMLine,
+// RegenProxyGraphics.
 #pragma once
 
 #include "kit/gi/regen/GiRegenContext.h"
@@ -48,6 +49,7 @@ void regenOle2Frame(GiRegenContext& ctx, const Ole2FrameEntity& e);
 void regenViewportFrame(GiRegenContext& ctx, const ViewportEntity& e);
 void regenShape(GiRegenContext& ctx, const ShapeEntity& e);
 void regenMLine(GiRegenContext& ctx, const MLineEntity& e);
+void regenProxyEntity(GiRegenContext& ctx, const ProxyEntity& e);
 
 // Shared by several families: an arrowhead (a filled triangle) at `tip`, pointing away from `from`.
 void drawArrowhead(GiRegenContext& ctx, const OdGePoint3d& tip, const OdGePoint3d& from, double size,
