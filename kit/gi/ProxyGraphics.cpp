@@ -22,6 +22,7 @@ enum RecordType : uint32_t {
   kText = 10,
   kText2 = 11,
   kColor = 14,
+  kLayer = 16,
   kFill = 20,
   kTrueColor = 22,
   kPushModelTransform = 29,
@@ -256,6 +257,7 @@ bool decode(uint32_t type, Values& v, const DxfTextDecoder* decoder, ProxyGraphi
       it.color = method >= OdCmEntityColor::kByLayer ? OdCmEntityColor::fromPacked(packed) : OdCmEntityColor::fromPackedRGB(packed);
       return true;
     }
+    case kLayer: it = item(Kind::kLayer); it.layerIndex = v.signedRl(); return true;
     case kFill: it = item(Kind::kFill); it.fill = v.rl() != 0; return true;
     case kPushModelTransform:
     case kPushModelTransform2: it = item(Kind::kPushTransform); return transform(v, it);

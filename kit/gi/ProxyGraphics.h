@@ -24,6 +24,7 @@ struct ProxyGraphicsItem {
     kShell,     // points and the face list (count, then that many indices; negative counts are holes)
     kText,      // text (UTF-8), points[0] the start, normal, direction, height, widthFactor, oblique
     kColor,     // color
+    kLayer,     // layerIndex: the layer table's record by position, whose colour "by layer" means
     kFill,      // fill
     kPushTransform,  // transform applies to everything until the matching pop
     kPopTransform,
@@ -38,6 +39,7 @@ struct ProxyGraphicsItem {
   double sweep = 0.0;
   int32_t rows = 0;
   int32_t columns = 0;
+  int32_t layerIndex = 0;
   OdCmEntityColor color;
   bool fill = false;
   OdGeMatrix3d transform;

@@ -118,6 +118,13 @@ TEST(ProxyGraphics, AProxyIsDrawnFromItsGraphics) {
   g.rl(2).point(0, 0).point(50, 50).end(6);
   g.end(31);
   g.rl(2).point(0, 0).point(10, 0).end(6);
+  // "By layer" after a layer record: the colour of that layer, not of the proxy's own.
+  auto* walls = rig.db->newObject<LayerRecord>();
+  walls->name = "WALLS";
+  walls->color = OdCmEntityColor::fromACI(5);
+  rig.db->layers().add(walls);
+  g.rl(uint32_t(rig.db->layers().size() - 1)).end(16).rl(256).end(14);
+  g.rl(2).point(0, 50).point(10, 50).end(6);
   std::string bytes = g.data(), hex;
   for (unsigned char c : bytes) hex += "0123456789ABCDEF"[c >> 4], hex += "0123456789ABCDEF"[c & 15];
   proxy->data = {TaggedValue::ofInteger(90, 498), TaggedValue::ofInteger(92, int64_t(bytes.size())),
@@ -129,11 +136,13 @@ TEST(ProxyGraphics, AProxyIsDrawnFromItsGraphics) {
   rig.device->onSize(OdGsDCRect(0, 150, 0, 50));  // one device unit per drawing unit, y up
   rig.device->update();
   std::vector<RecordedCall> lines = rig.sink.ofKind("polyline");
-  ASSERT_EQ(lines.size(), 2u);
+  ASSERT_EQ(lines.size(), 3u);
   EXPECT_TRUE(nearXY(lines[0].points.front(), 100, 0));
   EXPECT_TRUE(nearXY(lines[0].points.back(), 150, 50));
   EXPECT_TRUE(nearXY(lines[1].points.back(), 10, 0));  // after the pop: not shifted
   EXPECT_EQ(lines[0].traits.trueColor.colorIndex(), 3);
+  EXPECT_EQ(lines[2].traits.trueColor.colorIndex(), 5);
+  EXPECT_EQ(lines[2].traits.layer, rig.db->layerZero());
 }
 
 TEST(ProxyGraphics, TheProxiesOfAnArchitecturalDrawingHaveGraphicsToDraw) {

@@ -1,6 +1,7 @@
 // Proxies (entities of applications this kit does not know) are drawn from the graphics their
 // application left with them, as AutoCAD draws them without the application. The traits the
-// records change (colour, fill) last until the end of the entity.
+// records change (colour, layer, fill) last until the end of the entity; the entity stays on its
+// own layer, a layer the records name only says what "by layer" colours are.
 #include <cmath>
 #include <memory>
 
@@ -26,7 +27,16 @@ public:
       case Kind::kMesh: mesh(it); break;
       case Kind::kShell: shell(it); break;
       case Kind::kText: text(it); break;
-      case Kind::kColor: ctx_.setTraitsColor(it.color); break;
+      case Kind::kColor:
+        color_ = it.color;
+        applyColor();
+        break;
+      case Kind::kLayer: {
+        const auto& layers = ctx_.database().layers();
+        layer_ = it.layerIndex >= 0 && size_t(it.layerIndex) < layers.size() ? layers[size_t(it.layerIndex)] : nullptr;
+        applyColor();
+        break;
+      }
       case Kind::kFill: fill_ = it.fill; break;
       case Kind::kPushTransform:
         stack_.push_back(current_);
@@ -42,6 +52,12 @@ public:
   }
 
 private:
+  // "By layer" means the layer the records name, once they name one.
+  void applyColor() {
+    if (color_.isByLayer() && layer_) ctx_.traits().setTrueColor(ctx_.resolveColor(color_, layer_));
+    else ctx_.setTraitsColor(color_);
+  }
+
   std::vector<OdGePoint3d> placed(const std::vector<OdGePoint3d>& points) const {
     std::vector<OdGePoint3d> out;
     out.reserve(points.size());
@@ -119,6 +135,8 @@ private:
   std::vector<OdGeMatrix3d> stack_;
   OdGeVector3d normal_;
   bool fill_ = false;
+  OdCmEntityColor color_ = OdCmEntityColor::byLayer();
+  const LayerRecord* layer_ = nullptr;
 };
 
 }  // namespace
