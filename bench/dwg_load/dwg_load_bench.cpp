@@ -43,6 +43,7 @@ struct Result {
   double bestSeconds = 1e300;
   size_t peakHeap = 0;
   size_t entities = 0;
+  size_t decodedBytes = 0;
 };
 
 Result measure(const char* path) {
@@ -55,6 +56,7 @@ Result measure(const char* path) {
     OdDbDatabasePtr db = readDwgFile(path);
     double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     r.entities = db->entityCount();
+    r.decodedBytes = db->loadReport().decodedBytes;
     db.reset();
     r.peakHeap = std::max(r.peakHeap, g_peak - base);
     total += seconds;
@@ -83,8 +85,11 @@ int main(int argc, char** argv) {
       Result r = measure(argv[i]);
       double megabytes = double(std::filesystem::file_size(argv[i])) / 1048576.0;
       double heapMb = double(r.peakHeap) / 1048576.0;
-      std::printf("%s: %.2f MB, %zu entities, best %.4f s, %.1f MB/s, peak heap %.2f MB (%.2fx file)\n", argv[i],
-                  megabytes, r.entities, r.bestSeconds, megabytes / r.bestSeconds, heapMb, heapMb / megabytes);
+      double decodedMb = double(r.decodedBytes) / 1048576.0;
+      std::printf("%s: %.2f MB (%.2f MB decoded), %zu entities, best %.4f s, %.1f MB/s, peak heap %.2f MB (%.2fx file, "
+                  "%.2fx decoded)\n",
+                  argv[i], megabytes, decodedMb, r.entities, r.bestSeconds, megabytes / r.bestSeconds, heapMb,
+                  heapMb / megabytes, heapMb / decodedMb);
     } catch (const OdError&) {
       std::fprintf(stderr, "%s: load failed\n", argv[i]);
       status = 1;

@@ -15,6 +15,7 @@ struct LoadReport {
   std::string fileVersion;   // "AC1015" ...
   std::string codePage;      // encoding the strings were decoded from
   bool recovered = false;    // the file was damaged; what could be read was kept
+  size_t decodedBytes = 0;   // the drawing's data out of its container (DWG pages decompressed)
 
   size_t proxyEntities = 0;  // entities kept as ProxyEntity
   size_t proxyObjects = 0;   // objects marked as proxies

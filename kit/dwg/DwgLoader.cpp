@@ -199,6 +199,8 @@ void DwgLoader::load() {
   LoadReport& report = db.loadReport();
   report.sourceFormat = "DWG";
   readContainer();
+  for (const auto& section : sections_.storage) report.decodedBytes += section->size();
+  if (sections_.storage.empty()) report.decodedBytes = bytes_.size();  // sections in place
   DatabaseHeader& header = db.header();
   header.acadVer = sections_.versionText;
   header.acadMaintVer = sections_.maintenanceVersion;

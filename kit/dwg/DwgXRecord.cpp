@@ -90,10 +90,11 @@ bool readGroup(RawValues& r, DwgObjectContext& c, TaggedValues& out) {
       size_t n = r.le(1);
       if (!r.has(n)) return false;
       static const char kHex[] = "0123456789ABCDEF";
-      v.text.reserve(2 * n);
+      v.text.resize(2 * n);
+      char* out = v.text.data();
       for (const uint8_t* b = r.take(n), *end = b + n; b < end; ++b) {
-        v.text += kHex[*b >> 4];
-        v.text += kHex[*b & 15];
+        *out++ = kHex[*b >> 4];
+        *out++ = kHex[*b & 15];
       }
       break;
     }

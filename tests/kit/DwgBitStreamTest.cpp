@@ -396,3 +396,46 @@ TEST(DwgBitStream, SectionsFromR2007SplitTheirStreams) {
   EXPECT_FALSE(tooLong.ok);
   EXPECT_NE(tooLong.problem.find("claims"), std::string::npos);
 }
+
+// Raw bytes at every bit offset, in runs of every length up to several words, match the same
+// bytes read eight bits at a time, and stop at the end bit.
+TEST(DwgBitReader, RawBytesAtAnyBitOffsetMatchBytewiseReading) {
+  std::vector<uint8_t> data(64);
+  for (size_t i = 0; i < data.size(); ++i) data[i] = uint8_t(i * 37 + 11);
+  for (size_t offset = 0; offset < 16; ++offset) {
+    for (size_t count = 0; count <= 40; ++count) {
+      DwgBitReader raw(data.data(), data.size()), bytewise(data.data(), data.size());
+      raw.seek(offset);
+      bytewise.seek(offset);
+      std::string got, expected;
+      raw.rawBytes(count, got);
+      for (size_t i = 0; i < count; ++i) expected += char(bytewise.bits(8));
+      ASSERT_EQ(got, expected) << offset << " " << count;
+      EXPECT_EQ(raw.position(), bytewise.position());
+    }
+  }
+  DwgBitReader cut(data.data(), data.size());
+  cut.setEnd(100);
+  cut.seek(3);
+  std::string got;
+  cut.rawBytes(20, got);
+  EXPECT_EQ(got.size(), 12u);  // (100 - 3) / 8 whole bytes
+  EXPECT_TRUE(cut.overrun());
+}
+
+// The object check sum (CRC-16, polynomial 0xA001 reflected) over every length, taken four
+// bytes at a time and byte by byte, with the standard check value.
+TEST(DwgCrc, SixteenBitCheckSumMatchesTheBytewiseDefinition) {
+  const uint8_t check[] = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
+  EXPECT_EQ(dwgCrc16(0, check, sizeof check), 0xBB3D);
+  std::vector<uint8_t> data(40);
+  for (size_t i = 0; i < data.size(); ++i) data[i] = uint8_t(i * 91 + 7);
+  for (size_t size = 0; size <= data.size(); ++size) {
+    uint16_t expected = 0xC0C1;
+    for (size_t i = 0; i < size; ++i) {
+      expected ^= data[i];
+      for (int k = 0; k < 8; ++k) expected = (expected & 1) ? uint16_t((expected >> 1) ^ 0xA001) : uint16_t(expected >> 1);
+    }
+    EXPECT_EQ(dwgCrc16(0xC0C1, data.data(), size), expected) << size;
+  }
+}
