@@ -2,6 +2,7 @@
 // 3DFACE, LWPOLYLINE, SPLINE and HELIX.
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
+#include "kit/dwg/DwgLwPolylineData.h"
 
 void readDwgLine(DwgObjectContext& c) {
   auto* e = c.newEntity<LineEntity>();
@@ -108,42 +109,7 @@ void readDwgFace(DwgObjectContext& c) {
 }
 
 void readDwgLwPolyline(DwgObjectContext& c) {
-  auto* e = c.newEntity<LwPolylineEntity>();
-  DwgBitReader& d = c.d;
-  uint16_t flags = uint16_t(d.BS());
-  if (flags & 4) e->constantWidth = d.BD();
-  if (flags & 8) e->elevation = d.BD();
-  if (flags & 2) e->thickness = d.BD();
-  if (flags & 1) e->normal = d.vector3BD();
-  int32_t points = d.BL();
-  int32_t bulges = (flags & 16) ? d.BL() : 0;
-  int32_t ids = (c.atLeast(kDwgR2010) && (flags & 1024)) ? d.BL() : 0;
-  int32_t widths = (flags & 32) ? d.BL() : 0;
-  if (flags & 512) e->flags |= LwPolylineEntity::kClosed;
-  if (flags & 256) e->flags |= LwPolylineEntity::kPlinegen;
-  uint32_t n = c.boundedCount(points, 2);
-  e->points.reserve(n);
-  for (uint32_t i = 0; i < n; ++i) {
-    if (c.before(kDwgR2000) || i == 0) {
-      e->points.push_back(d.point2RD());
-    } else {
-      e->points.push_back(d.point2DD(e->points.back()));
-    }
-  }
-  uint32_t nb = c.boundedCount(bulges, 2);
-  for (uint32_t i = 0; i < nb; ++i) e->bulges.push_back(d.BD());
-  uint32_t ni = c.boundedCount(ids, 2);
-  for (uint32_t i = 0; i < ni; ++i) d.BL();
-  uint32_t nw = c.boundedCount(widths, 4);
-  for (uint32_t i = 0; i < nw; ++i) {
-    double start = d.BD();
-    e->widths.push_back({start, d.BD()});
-  }
-  bool anyBulge = false;
-  for (double b : e->bulges) anyBulge = anyBulge || b != 0.0;
-  if (!anyBulge) e->bulges.clear();
-  if (!e->bulges.empty()) e->bulges.resize(e->points.size(), 0.0);
-  if (!e->widths.empty()) e->widths.resize(e->points.size());
+  readDwgLwPolylineData(c.d, c.version(), *c.newEntity<LwPolylineEntity>());
 }
 
 void readDwgSplineData(DwgObjectContext& c, SplineData& s) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "kit/dwg/DwgLwPolylineData.h"
 #include "kit/dxf/DxfTextDecoder.h"
 #include "kit/gi/GiCurves.h"
 
@@ -29,6 +30,7 @@ enum RecordType : uint32_t {
   kPushModelTransform2 = 30,
   kPopModelTransform = 31,
   kPolylineWithNormal = 32,
+  kLwPolyline = 33,
   kUnicodeText = 36,
   kUnicodeText2 = 38,
 };
@@ -64,6 +66,11 @@ public:
     return {x, y, rd()};
   }
   OdGeVector3d vector() { return point().asVector(); }
+  std::string raw(size_t n) {
+    std::string out(n, '\0');
+    take(reinterpret_cast<uint8_t*>(out.data()), n);
+    return out;
+  }
 
   // A count of items of `itemBytes` each, no more than the record holds.
   uint32_t count(size_t itemBytes) {
@@ -215,6 +222,23 @@ bool mesh(Values& v, ProxyGraphicsItem& it) {
   return true;
 }
 
+// A lightweight polyline in its DWG bit-coded form, after its byte count.
+bool lwPolyline(Values& v, int dwgVersion, ProxyGraphicsItem& it) {
+  uint32_t size = v.count(1);
+  std::string bytes = v.raw(size);
+  DwgBitReader bits(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
+  LwPolylineEntity pline;
+  readDwgLwPolylineData(bits, dwgVersion, pline);
+  if (bits.overrun() || pline.points.size() < 2) return false;
+  // Points in the polyline's plane (its elevation, about its normal) into world coordinates.
+  OdGeMatrix3d toWorld = OdGeMatrix3d::planeToWorld(pline.normal.isZeroLength() ? OdGeVector3d(0, 0, 1) : pline.normal);
+  for (const OdGePoint2d& p : pline.points) it.points.push_back(toWorld.transform(OdGePoint3d(p.x, p.y, pline.elevation)));
+  it.bulges = pline.bulges;
+  it.normal = toWorld.transform(OdGeVector3d(0, 0, 1));
+  it.closed = pline.isClosed();
+  return true;
+}
+
 bool transform(Values& v, ProxyGraphicsItem& it) {
   for (auto& row : it.transform.entry) {
     for (double& value : row) value = v.rd();
@@ -223,7 +247,7 @@ bool transform(Values& v, ProxyGraphicsItem& it) {
 }
 
 // Reads one record's values into `it`; false when it is not drawn.
-bool decode(uint32_t type, Values& v, const DxfTextDecoder* decoder, ProxyGraphicsItem& it) {
+bool decode(uint32_t type, Values& v, const DxfTextDecoder* decoder, int dwgVersion, ProxyGraphicsItem& it) {
   switch (type) {
     case kCircle: it = item(Kind::kArc); return circle(v, it);
     case kCircularArc: it = item(Kind::kArc); return arc(v, it);
@@ -241,6 +265,7 @@ bool decode(uint32_t type, Values& v, const DxfTextDecoder* decoder, ProxyGraphi
       if (type == kPolylineWithNormal) it.normal = v.vector();
       return it.points.size() >= 2;
     }
+    case kLwPolyline: it = item(Kind::kPolyline); return lwPolyline(v, dwgVersion, it);
     case kMesh: it = item(Kind::kMesh); return mesh(v, it);
     case kShell: it = item(Kind::kShell); return shell(v, it);
     case kText:
@@ -270,7 +295,8 @@ uint32_t le32(const uint8_t* p) { return uint32_t(p[0]) | uint32_t(p[1]) << 8 | 
 
 }  // namespace
 
-std::vector<ProxyGraphicsItem> parseProxyGraphics(std::string_view bytes, const DxfTextDecoder* decoder) {
+std::vector<ProxyGraphicsItem> parseProxyGraphics(std::string_view bytes, const DxfTextDecoder* decoder,
+                                                  int dwgVersion) {
   std::vector<ProxyGraphicsItem> items;
   const auto* data = reinterpret_cast<const uint8_t*>(bytes.data());
   if (bytes.size() < 8) return items;
@@ -282,7 +308,7 @@ std::vector<ProxyGraphicsItem> parseProxyGraphics(std::string_view bytes, const 
     if (size < 8 || size > total - at) break;  // damaged: the rest cannot be found
     Values values(data + at + 8, size - 8);
     ProxyGraphicsItem it;
-    if (decode(type, values, decoder, it) && values.ok()) items.push_back(std::move(it));
+    if (decode(type, values, decoder, dwgVersion, it) && values.ok()) items.push_back(std::move(it));
     at += size;
   }
   return items;

@@ -17,7 +17,7 @@ class DxfTextDecoder;
 
 struct ProxyGraphicsItem {
   enum class Kind {
-    kPolyline,  // points; `normal` when the record gave one
+    kPolyline,  // points; `normal` when the record gave one; `bulges` (one per point) when any
     kPolygon,   // points, filled when fill is on
     kArc,       // center, radius, normal, startVector, sweep (a full turn for circles)
     kMesh,      // rows x columns points
@@ -32,6 +32,8 @@ struct ProxyGraphicsItem {
   Kind kind = Kind::kPolyline;
   std::vector<OdGePoint3d> points;
   std::vector<int32_t> faces;
+  std::vector<double> bulges;
+  bool closed = false;
   OdGePoint3d center;
   double radius = 0.0;
   OdGeVector3d normal;  // zero when not given
@@ -51,8 +53,10 @@ struct ProxyGraphicsItem {
 };
 
 // The records of `bytes` this kit draws, in order; records of other kinds (and damaged ones)
-// are passed over. Strings not in Unicode are decoded with `decoder` (Latin-1 when null).
-std::vector<ProxyGraphicsItem> parseProxyGraphics(std::string_view bytes, const DxfTextDecoder* decoder);
+// are passed over. Strings not in Unicode are decoded with `decoder` (Latin-1 when null);
+// polylines kept in DWG form are read as the release `dwgVersion` (1015 for AC1015) writes them.
+std::vector<ProxyGraphicsItem> parseProxyGraphics(std::string_view bytes, const DxfTextDecoder* decoder,
+                                                  int dwgVersion = 1015);
 
 // The graphics bytes a proxy entity keeps in its groups, or empty.
 std::string proxyGraphicsBytes(const ProxyEntity& proxy);

@@ -102,13 +102,27 @@ TEST(ProxyGraphics, DamageStopsOrSkipsWithoutReadingPastTheData) {
   for (size_t cut = 0; cut < data.size(); ++cut) parseProxyGraphics(std::string_view(data).substr(0, cut), nullptr);
 }
 
-// A proxy in model space with graphics under a transform, drawn by a view: the sink gets the
-// placed geometry in the colour the records set.
-TEST(ProxyGraphics, AProxyIsDrawnFromItsGraphics) {
-  GsRig rig(emptyDrawing());
+// A proxy in model space carrying `g`, drawn by a view at one device unit per drawing unit.
+std::vector<RecordedCall> drawProxy(GsRig& rig, const Graphics& g, const char* kind) {
   BlockRecord& model = *rig.db->modelSpace();
   auto* proxy = addEntity<ProxyEntity>(*rig.db, model);
   proxy->dxfName = "ACAD_PROXY_ENTITY";
+  std::string bytes = g.data(), hex;
+  for (unsigned char c : bytes) hex += "0123456789ABCDEF"[c >> 4], hex += "0123456789ABCDEF"[c & 15];
+  proxy->data = {TaggedValue::ofInteger(90, 498), TaggedValue::ofInteger(92, int64_t(bytes.size())),
+                 TaggedValue{310, GroupValueKind::kBinary, 0.0, 0, hex}, TaggedValue::ofInteger(93, 0)};
+  OdGsViewPtr view = rig.device->createView();
+  rig.device->addView(view.get());
+  view->setSceneBlock(&model);
+  view->zoomExtents({0, 0, 0}, {150, 50, 0});
+  rig.device->onSize(OdGsDCRect(0, 150, 0, 50));  // y up
+  rig.device->update();
+  return rig.sink.ofKind(kind);
+}
+
+// Graphics under a transform: the sink gets the placed geometry in the colours the records set.
+TEST(ProxyGraphics, AProxyIsDrawnFromItsGraphics) {
+  GsRig rig(emptyDrawing());
   Graphics g;
   g.rl(3).end(14);
   OdGeMatrix3d shift = OdGeMatrix3d::translation({100, 0, 0});
@@ -125,17 +139,7 @@ TEST(ProxyGraphics, AProxyIsDrawnFromItsGraphics) {
   rig.db->layers().add(walls);
   g.rl(uint32_t(rig.db->layers().size() - 1)).end(16).rl(256).end(14);
   g.rl(2).point(0, 50).point(10, 50).end(6);
-  std::string bytes = g.data(), hex;
-  for (unsigned char c : bytes) hex += "0123456789ABCDEF"[c >> 4], hex += "0123456789ABCDEF"[c & 15];
-  proxy->data = {TaggedValue::ofInteger(90, 498), TaggedValue::ofInteger(92, int64_t(bytes.size())),
-                 TaggedValue{310, GroupValueKind::kBinary, 0.0, 0, hex}, TaggedValue::ofInteger(93, 0)};
-  OdGsViewPtr view = rig.device->createView();
-  rig.device->addView(view.get());
-  view->setSceneBlock(&model);
-  view->zoomExtents({0, 0, 0}, {150, 50, 0});
-  rig.device->onSize(OdGsDCRect(0, 150, 0, 50));  // one device unit per drawing unit, y up
-  rig.device->update();
-  std::vector<RecordedCall> lines = rig.sink.ofKind("polyline");
+  std::vector<RecordedCall> lines = drawProxy(rig, g, "polyline");
   ASSERT_EQ(lines.size(), 3u);
   EXPECT_TRUE(nearXY(lines[0].points.front(), 100, 0));
   EXPECT_TRUE(nearXY(lines[0].points.back(), 150, 50));
@@ -143,6 +147,56 @@ TEST(ProxyGraphics, AProxyIsDrawnFromItsGraphics) {
   EXPECT_EQ(lines[0].traits.trueColor.colorIndex(), 3);
   EXPECT_EQ(lines[2].traits.trueColor.colorIndex(), 5);
   EXPECT_EQ(lines[2].traits.layer, rig.db->layerZero());
+}
+
+// Writes DWG bit codes, first bit highest.
+class Bits {
+public:
+  Bits& put(uint64_t value, unsigned count) {
+    for (unsigned i = count; i-- > 0;) {
+      if (used_ % 8 == 0) bytes_ += '\0';
+      if ((value >> i) & 1) bytes_.back() = char(bytes_.back() | (0x80 >> (used_ % 8)));
+      ++used_;
+    }
+    return *this;
+  }
+  Bits& rd(double v) {
+    uint64_t raw;
+    std::memcpy(&raw, &v, 8);
+    for (int i = 0; i < 8; ++i) put((raw >> (8 * i)) & 0xFF, 8);
+    return *this;
+  }
+  const std::string& bytes() const { return bytes_; }
+
+private:
+  std::string bytes_;
+  size_t used_ = 0;
+};
+
+// A polyline kept in DWG form, with a bulge: arcs where the bulges say, lines elsewhere.
+TEST(ProxyGraphics, PolylinesInDwgFormKeepTheirArcs) {
+  Bits pline;
+  pline.put(1, 2).put(16, 8);                            // flags: has bulges
+  pline.put(1, 2).put(3, 8).put(1, 2).put(3, 8);         // three points, three bulges
+  pline.rd(20).rd(10).put(3, 2).rd(30).put(3, 2).rd(10);  // (20,10), then (30,10) in full
+  pline.put(3, 2).rd(30).put(3, 2).rd(15);                // (30,15)
+  pline.put(0, 2).rd(-1).put(2, 2).put(2, 2);            // bulges -1 (a half turn clockwise), 0, 0
+  Graphics g;
+  g.rl(uint32_t(pline.bytes().size())).bytes(pline.bytes()).end(33);
+  std::vector<ProxyGraphicsItem> items = parseProxyGraphics(g.data(), nullptr);
+  ASSERT_EQ(items.size(), 1u);
+  EXPECT_EQ(items[0].bulges.size(), 3u);
+  GsRig rig(emptyDrawing());
+  std::vector<RecordedCall> arcs = drawProxy(rig, g, "arc");
+  ASSERT_EQ(arcs.size(), 1u);
+  EXPECT_TRUE(nearXY(arcs[0].center, 25, 10));
+  EXPECT_NEAR(arcs[0].radius, 5, 1e-9);
+  EXPECT_NEAR(std::fabs(arcs[0].sweep), M_PI, 1e-9);
+  EXPECT_LT(arcs[0].sweep * arcs[0].normal.z, 0.0);  // clockwise: over the chord, not under it
+  std::vector<RecordedCall> lines = rig.sink.ofKind("polyline");
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_TRUE(nearXY(lines[0].points.front(), 30, 10));
+  EXPECT_TRUE(nearXY(lines[0].points.back(), 30, 15));
 }
 
 TEST(ProxyGraphics, TheProxiesOfAnArchitecturalDrawingHaveGraphicsToDraw) {

@@ -3,7 +3,7 @@
 // records change (colour, layer, fill) last until the end of the entity; the entity stays on its
 // own layer, a layer the records name only says what "by layer" colours are.
 #include <cmath>
-#include <memory>
+#include <cstdlib>
 
 #include "kit/dxf/DxfTextDecoder.h"
 #include "kit/gi/ProxyGraphics.h"
@@ -21,7 +21,7 @@ public:
 
   void draw(const ProxyGraphicsItem& it) {
     switch (it.kind) {
-      case Kind::kPolyline: drawChain(ctx_, placed(it.points), it.normal.isZeroLength() ? nullptr : &normal(it.normal)); break;
+      case Kind::kPolyline: polyline(it); break;
       case Kind::kPolygon: polygon(it); break;
       case Kind::kArc: arc(it); break;
       case Kind::kMesh: mesh(it); break;
@@ -68,6 +68,35 @@ private:
     normal_ = current_.transform(n);
     if (!normal_.isZeroLength()) normal_ = normal_.normal();
     return normal_;
+  }
+
+  // Straight runs as chains; segments with a bulge as arcs (bulge: the tangent of a quarter of
+  // the arc's angle, positive counter-clockwise about the normal).
+  void polyline(const ProxyGraphicsItem& it) {
+    std::vector<OdGePoint3d> points = placed(it.points);
+    if (it.closed) points.push_back(points.front());
+    OdGeVector3d n = it.normal.isZeroLength() ? OdGeVector3d(0, 0, 1) : normal(it.normal);
+    const OdGeVector3d* given = it.normal.isZeroLength() ? nullptr : &n;
+    std::vector<OdGePoint3d> chain{points.front()};
+    for (size_t i = 0; i + 1 < points.size(); ++i) {
+      double bulge = i < it.bulges.size() ? it.bulges[i] : 0.0;
+      if (bulge == 0.0 || points[i] == points[i + 1]) {
+        chain.push_back(points[i + 1]);
+        continue;
+      }
+      if (chain.size() >= 2) drawChain(ctx_, chain, given);
+      bulgeArc(points[i], points[i + 1], bulge, n);
+      chain = {points[i + 1]};
+    }
+    if (chain.size() >= 2) drawChain(ctx_, chain, given);
+  }
+  void bulgeArc(const OdGePoint3d& from, const OdGePoint3d& to, double bulge, const OdGeVector3d& n) {
+    OdGeVector3d chord = to - from;
+    double length = chord.length();
+    OdGeVector3d left = n.crossProduct(chord * (1.0 / length));
+    OdGePoint3d center = from + chord * 0.5 + left * (length * (1.0 - bulge * bulge) / (4.0 * bulge));
+    double radius = length * (1.0 + bulge * bulge) / (4.0 * std::fabs(bulge));
+    drawArc(ctx_, center, radius, n, from - center, 4.0 * std::atan(bulge));
   }
 
   void polygon(const ProxyGraphicsItem& it) {
@@ -144,10 +173,13 @@ private:
 void regenProxyEntity(GiRegenContext& ctx, const ProxyEntity& e) {
   std::string bytes = proxyGraphicsBytes(e);
   if (bytes.empty()) return;
+  const DatabaseHeader& header = ctx.database().header();
   DxfTextDecoder decoder;
-  decoder.setCodePage(ctx.database().header().dwgCodePage);
+  decoder.setCodePage(header.dwgCodePage);
+  // "AC1027": the release whose form the polylines inside are written in.
+  int release = header.acadVer.size() == 6 ? std::atoi(header.acadVer.c_str() + 2) : 1015;
   ProxyDrawing drawing(ctx);
-  for (const ProxyGraphicsItem& it : parseProxyGraphics(bytes, &decoder)) drawing.draw(it);
+  for (const ProxyGraphicsItem& it : parseProxyGraphics(bytes, &decoder, release)) drawing.draw(it);
 }
 
 }  // namespace gi
