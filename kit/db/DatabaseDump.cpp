@@ -440,7 +440,8 @@ private:
     std::map<std::string, size_t> counts;
     for (const DbObject* o : db_.objects()) {
       const GenericObject* g = dbCast<GenericObject>(o);
-      counts[g ? g->dxfName : std::string(dbTypeName(o->type))]++;
+      const DatabaseClass* cls = g ? proxyClass(db_, g->data) : nullptr;  // proxies by their class
+      counts[cls ? cls->dxfName : g ? g->dxfName : std::string(dbTypeName(o->type))]++;
     }
     line("OBJECTS " + std::to_string(db_.objects().size()));
     for (const auto& [kind, count] : counts) line("  " + kind + " " + std::to_string(count));

@@ -28,7 +28,7 @@ void readDwgClasses(DwgStreams& s, size_t endBit, std::vector<DwgClass>& classes
     c.info.isEntity = d.BS() == 0x1F2;
     if (s.atLeast(kDwgR2004)) {
       c.info.instanceCount = d.BL();
-      c.dwgVersion = uint32_t(d.BL());
+      d.BL();  // the release the class was written for
       d.BL();  // its maintenance release
       d.BL();
       d.BL();

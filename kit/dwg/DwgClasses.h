@@ -12,8 +12,6 @@ class DwgStreams;
 struct DwgClass {
   int number = 0;
   DatabaseClass info;
-  // The release the class's objects were written for, from R2004.
-  uint32_t dwgVersion = 0;
 };
 
 // Reads class records from `s` (positioned after the section's size field) up to `endBit`.

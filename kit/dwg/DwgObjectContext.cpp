@@ -140,7 +140,7 @@ void readUnknownDwgObject(DwgObjectContext& c, const DwgClass* cls, bool isEntit
     e->dxfName = name;
     if (cls) {
       e->dxfName = "ACAD_PROXY_ENTITY";
-      keepDwgProxyEntityData(c, *cls, e->data);
+      keepDwgProxyData(c, *cls, true, e->data);
     }
     ++report.proxyEntities;
     ++report.proxyNames[name];
@@ -149,6 +149,10 @@ void readUnknownDwgObject(DwgObjectContext& c, const DwgClass* cls, bool isEntit
   auto* o = c.newObject<GenericObject>();
   o->dxfName = name;
   o->isProxy = name == "ACAD_PROXY_OBJECT" || (cls && cls->info.wasProxy);
+  if (cls) {
+    o->dxfName = "ACAD_PROXY_OBJECT";
+    keepDwgProxyData(c, *cls, false, o->data);
+  }
   if (o->isProxy) {
     ++report.proxyObjects;
     ++report.proxyNames[name];

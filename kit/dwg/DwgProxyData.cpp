@@ -1,7 +1,8 @@
-// Entities of classes this kit does not read are kept the way AutoCAD keeps entities of classes
-// it does not know, and writes them to DXF files: as ACAD_PROXY_ENTITY groups holding the
-// class number, the proxy graphics, the object's own value bits (and from R2007 its string
-// bits) and its references. Nothing of the object is lost, and a DXF writer can put it back.
+// Entities and objects of classes this kit does not read are kept the way AutoCAD keeps those of
+// classes it does not know, and writes them to DXF files: as ACAD_PROXY_ENTITY and
+// ACAD_PROXY_OBJECT groups holding the class number, the proxy graphics of entities, the
+// object's own value bits (and from R2007 its string bits) and its references. Nothing of the
+// object is lost, and a DXF writer can put it back.
 #include "kit/dwg/DwgProxyData.h"
 
 #include "kit/dwg/DwgLoader.h"
@@ -10,8 +11,23 @@ namespace {
 
 // DXF binary groups carry at most 127 bytes each.
 constexpr size_t kChunkBytes = 127;
-// Proxy entity class number, as DXF files give it (group 90).
+// Proxy entity and object class numbers, as DXF files give them (group 90).
 constexpr int kProxyEntityClass = 498;
+constexpr int kProxyObjectClass = 499;
+
+// AutoCAD's number of a release: 19 for R13, then two more for each release.
+uint32_t releaseNumber(int version) {
+  switch (version) {
+    case kDwgR13: return 19;
+    case kDwgR14: return 21;
+    case kDwgR2000: return 23;
+    case kDwgR2004: return 25;
+    case kDwgR2007: return 27;
+    case kDwgR2010: return 29;
+    case kDwgR2013: return 31;
+    default: return 33;
+  }
+}
 
 void addChunks(int code, const std::string& bytes, TaggedValues& out) {
   static const char kHex[] = "0123456789ABCDEF";
@@ -69,20 +85,20 @@ void addReferences(DwgStreams& s, TaggedValues& out) {
 
 }  // namespace
 
-void keepDwgProxyEntityData(DwgObjectContext& c, const DwgClass& cls, TaggedValues& out) {
+void keepDwgProxyData(DwgObjectContext& c, const DwgClass& cls, bool isEntity, TaggedValues& out) {
   DwgStreams& s = c.s;
   const DwgObjectFrame& f = c.frame;
-  out.push_back(TaggedValue::ofString(100, "AcDbProxyEntity"));
-  out.push_back(TaggedValue::ofInteger(90, kProxyEntityClass));
+  out.push_back(TaggedValue::ofString(100, isEntity ? "AcDbProxyEntity" : "AcDbProxyObject"));
+  out.push_back(TaggedValue::ofInteger(90, isEntity ? kProxyEntityClass : kProxyObjectClass));
   out.push_back(TaggedValue::ofInteger(91, cls.number));
   if (c.atLeast(kDwgR2000)) {
-    // The release the data is in: the class's, with the maintenance release of the file.
+    // The release the data is in, as AutoCAD numbers releases, and its maintenance release.
     uint32_t maintenance = uint32_t(c.loader.maintenanceVersion());
-    out.push_back(TaggedValue::ofInteger(95, int64_t(cls.dwgVersion | (maintenance << 16))));
+    out.push_back(TaggedValue::ofInteger(95, int64_t(releaseNumber(c.version()) | (maintenance << 16))));
     out.push_back(TaggedValue::ofInteger(70, 0));  // the data is in DWG form
   }
   const bool wideSizes = c.atLeast(kDwgR2010);
-  if (f.graphicsBytes) {
+  if (isEntity && f.graphicsBytes) {
     out.push_back(TaggedValue::ofInteger(wideSizes ? 160 : 92, f.graphicsBytes));
     addChunks(310, bitsBetween(c, f.graphicsBit, f.graphicsBit + size_t(f.graphicsBytes) * 8, false), out);
   }

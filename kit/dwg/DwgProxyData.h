@@ -1,4 +1,5 @@
-// The groups of an entity of a class this kit does not read, as AutoCAD writes proxies to DXF.
+// The groups of an entity or object of a class this kit does not read, as AutoCAD writes proxies
+// to DXF.
 #pragma once
 
 #include "kit/db/TaggedValue.h"
@@ -7,5 +8,5 @@ class DwgObjectContext;
 struct DwgClass;
 
 // Reads the rest of the object (its value, string and handle streams, positioned after the
-// common entity data) into `out`.
-void keepDwgProxyEntityData(DwgObjectContext& c, const DwgClass& cls, TaggedValues& out);
+// common data) into `out`.
+void keepDwgProxyData(DwgObjectContext& c, const DwgClass& cls, bool isEntity, TaggedValues& out);

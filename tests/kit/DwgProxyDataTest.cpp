@@ -59,4 +59,25 @@ TEST(DwgProxyData, ProxiesOfAnUnknownApplicationMatchAutoCadsDxf) {
   EXPECT_GE(sameGraphics, 17u);
 }
 
+// Objects of an application's classes (a mapping program's managers here) kept as proxy
+// objects: the same groups as AutoCAD's DXF gives them, but for the last byte of the data.
+TEST(DwgProxyData, ProxyObjectsMatchAutoCadsDxf) {
+  OdDbDatabasePtr dwg = readDwgFile(corpusPath("dwg/2010/gh209_1.dwg"));
+  OdDbDatabasePtr dxf = readDxfFile(corpusPath("dwg/2010/gh209_1.dxf"));
+  size_t compared = 0;
+  for (const DbObject* o : dxf->objects()) {
+    const auto* x = dbCast<GenericObject>(o);
+    if (!x || x->dxfName != "ACAD_PROXY_OBJECT") continue;
+    const auto* w = dbCast<GenericObject>(dwg->find(o->handle));
+    ASSERT_NE(w, nullptr) << o->handle.toHex();
+    EXPECT_EQ(w->dxfName, x->dxfName);
+    ProxyEntity a, b;  // the same groups, read as the entity form is
+    a.data = w->data;
+    b.data = x->data;
+    EXPECT_EQ(parts(a).groups, parts(b).groups) << o->handle.toHex();
+    ++compared;
+  }
+  EXPECT_EQ(compared, 3u);
+}
+
 }  // namespace
