@@ -63,6 +63,23 @@ private:
   }
   static std::string name(const SymbolTableRecord* r) { return r ? str(r->name) : "null"; }
   static std::string hex(OdDbHandle h) { return h.toHex(); }
+  // A table's widths, heights and cells: texts, then the merged and block cells by index.
+  std::string tableGrid(const TableEntity& t) const {
+    std::string widths, heights, texts, merges, blocks;
+    for (double w : t.columnWidths) widths += (widths.empty() ? "" : ",") + num(w);
+    for (double h : t.rowHeights) heights += (heights.empty() ? "" : ",") + num(h);
+    for (size_t i = 0; i < t.cells.size(); ++i) {
+      const TableCell& c = t.cells[i];
+      texts += (i ? "," : "") + str(c.text);
+      std::string at = (merges.empty() ? "" : ",") + std::to_string(i) + ":";
+      if (c.merged) merges += at + "in";
+      else if (c.mergedColumns > 1 || c.mergedRows > 1)
+        merges += at + std::to_string(c.mergedColumns) + "x" + std::to_string(c.mergedRows);
+      if (c.type == 2) blocks += (blocks.empty() ? "" : ",") + std::to_string(i) + ":" + hex(c.block);
+    }
+    return " widths=(" + widths + ") heights=(" + heights + ") texts=[" + texts + "] merged=[" + merges +
+           "] blockcells=[" + blocks + "]";
+  }
   void line(const std::string& s) {
     out_ += s;
     out_ += '\n';
@@ -380,7 +397,7 @@ private:
       case DbType::kTable: {
         auto& t = static_cast<const TableEntity&>(e);
         s += "block=" + name(t.block) + " position=" + pt(t.position) + " size=" + std::to_string(t.rows) + "x" +
-             std::to_string(t.columns) + " cells=" + std::to_string(t.cells.size());
+             std::to_string(t.columns) + " cells=" + std::to_string(t.cells.size()) + tableGrid(t);
         break;
       }
       case DbType::kOle2Frame: {

@@ -25,7 +25,7 @@ const std::set<std::string> kNotReadYet = {
     "EXTRUDEDSURFACE", "LOFTEDSURFACE", "PLANESURFACE", "REVOLVEDSURFACE", "SWEPTSURFACE"};
 
 // Fields of read kinds the DWG reader leaves out so far, as "KIND key".
-const std::set<std::string> kFieldsNotReadYet = {"ACAD_TABLE cells"};
+const std::set<std::string> kFieldsNotReadYet = {};
 
 struct DumpedEntity {
   std::string kind;
@@ -381,7 +381,6 @@ struct KnownGap {
 };
 const KnownGap kKnownGaps[] = {
     {"", "MODELER_GEOMETRY groups", "binary ACIS data (SAB, R2004 and later) is not turned into SAT text yet"},
-    {"", ": PROXY_ENTITY vs ACAD_TABLE", "tables of R2010 and later files stay proxies"},
 };
 
 bool knownGap(const std::string& file, const std::string& problem) {
