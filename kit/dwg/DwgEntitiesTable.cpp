@@ -83,7 +83,7 @@ void readContentR2010(DwgObjectContext& c, TableEntity& e) {
 
 // Forgets a grid that could not be read to its end: the block still draws the table.
 void dropDamagedGrid(DwgObjectContext& c, TableEntity& e) {
-  c.loader.warn("table " + c.frame.handle.toHex() + ": its cells cannot be read; only its block is kept");
+  c.loader.warn("table " + c.frame.handle.toHex() + ": its cells cannot be read");
   e.cells.clear();
   e.columnWidths.clear();
   e.rowHeights.clear();

@@ -2,8 +2,6 @@
 // their heights and cells, and the merged cell ranges. A cell holds a list of contents (values,
 // fields, blocks); the table keeps the first value's text or the first block, as a cell of the
 // older grid would. Styles, formats and cached geometry are read only to get past them.
-#include <algorithm>
-
 #include "kit/dwg/DwgLoader.h"
 #include "kit/dwg/DwgTableParts.h"
 
@@ -82,21 +80,20 @@ void readColumns(DwgObjectContext& c, TableEntity& e) {
     skipDwgCellStyle(c);
     d.BL();  // style id
     e.columnWidths.push_back(d.BD());
-    }
+  }
 }
 
 void readRows(DwgObjectContext& c, TableEntity& e) {
   DwgBitReader& d = c.d;
   uint32_t rows = c.boundedCount(d.BL(), 12);
   for (uint32_t r = 0; r < rows && !c.s.overrun(); ++r) {
+    // Every row has a cell per column; any other count means the data is damaged.
     uint32_t cells = c.boundedCount(d.BL(), 16);
-      for (uint32_t k = 0; k < cells && !c.s.overrun(); ++k) {
-      TableCell cell;
-      readCell(c, cell);
-      // Rows with more cells than columns would shift the grid: only the columns' share is kept.
-      if (k < e.columnWidths.size()) e.cells.push_back(std::move(cell));
+    if (cells != e.columnWidths.size()) {
+      d.skip(d.bitsLeft() + 1);
+      return;
     }
-    for (size_t k = cells; k < e.columnWidths.size(); ++k) e.cells.emplace_back();
+    for (uint32_t k = 0; k < cells && !c.s.overrun(); ++k) readCell(c, e.cells.emplace_back());
     d.BL();  // custom data
     skipDwgTableCustomData(c);
     skipDwgCellStyle(c);
@@ -105,14 +102,19 @@ void readRows(DwgObjectContext& c, TableEntity& e) {
   }
 }
 
-// Merged ranges give their top left cell the span and mark the cells they cover.
+// Merged ranges give their top left cell the span and mark the cells they cover. Ranges do not
+// overlap, so together they cover at most every cell once: more means damage, and stops the
+// marking before it takes long.
 void readMergedRanges(DwgObjectContext& c, TableEntity& e) {
   DwgBitReader& d = c.d;
   uint32_t ranges = c.boundedCount(d.BL(), 8);
   const int64_t rows = int64_t(e.rowHeights.size()), columns = int64_t(e.columnWidths.size());
+  int64_t uncovered = int64_t(e.cells.size());
   for (uint32_t i = 0; i < ranges && !c.s.overrun(); ++i) {
     int64_t top = d.BL(), left = d.BL(), bottom = d.BL(), right = d.BL();
     if (top < 0 || left < 0 || bottom < top || right < left || bottom >= rows || right >= columns) continue;
+    uncovered -= (bottom - top + 1) * (right - left + 1);
+    if (uncovered < 0) return;
     for (int64_t r = top; r <= bottom; ++r) {
       for (int64_t k = left; k <= right; ++k) e.cells[size_t(r * columns + k)].merged = true;
     }
