@@ -144,47 +144,6 @@ OdGeNurbCurve3d OdGeNurbCurve3d::transformedBy(const OdGeMatrix3d& m) const {
   return result;
 }
 
-OdGeNurbCurve3d OdGeNurbCurve3d::throughPoints(const std::vector<OdGePoint3d>& fitPoints,
-                                               const OdGeVector3d& startTangent, const OdGeVector3d& endTangent,
-                                               bool closed) {
-  std::vector<OdGePoint3d> pts;
-  for (const OdGePoint3d& p : fitPoints) {
-    if (pts.empty() || p.distanceTo(pts.back()) > 1e-12) pts.push_back(p);
-  }
-  if (closed && pts.size() > 2 && pts.front().distanceTo(pts.back()) > 1e-12) pts.push_back(pts.front());
-  if (pts.size() < 2) return {};
-  if (pts.size() == 2) return OdGeNurbCurve3d(1, {0.0, 0.0, 1.0, 1.0}, pts);
-  // Piecewise cubic Hermite with chord-length parameters, written as Bezier spans joined with
-  // triple knots: it passes through every fit point with a continuous tangent.
-  const size_t count = pts.size();
-  std::vector<double> h(count - 1);
-  for (size_t i = 0; i + 1 < count; ++i) h[i] = std::max(pts[i].distanceTo(pts[i + 1]), 1e-12);
-  std::vector<OdGeVector3d> d(count);
-  for (size_t i = 1; i + 1 < count; ++i) d[i] = (pts[i + 1] - pts[i - 1]) * (1.0 / (h[i - 1] + h[i]));
-  if (closed) {
-    OdGeVector3d wrap = (pts[1] - pts[count - 2]) * (1.0 / (h[0] + h[count - 2]));
-    d[0] = wrap;
-    d[count - 1] = wrap;
-  } else {
-    d[0] = startTangent.isZeroLength() ? (pts[1] - pts[0]) * (2.0 / h[0]) - d[1] : startTangent.normal();
-    d[count - 1] = endTangent.isZeroLength() ? (pts[count - 1] - pts[count - 2]) * (2.0 / h[count - 2]) - d[count - 2]
-                                              : endTangent.normal();
-  }
-  std::vector<OdGePoint3d> cps;
-  std::vector<double> knots = {0.0, 0.0, 0.0, 0.0};
-  double u = 0.0;
-  cps.push_back(pts[0]);
-  for (size_t i = 0; i + 1 < count; ++i) {
-    cps.push_back(pts[i] + d[i] * (h[i] / 3.0));
-    cps.push_back(pts[i + 1] - d[i + 1] * (h[i] / 3.0));
-    cps.push_back(pts[i + 1]);
-    u += h[i];
-    int multiplicity = (i + 2 == count) ? 4 : 3;
-    for (int k = 0; k < multiplicity; ++k) knots.push_back(u);
-  }
-  return OdGeNurbCurve3d(3, std::move(knots), std::move(cps));
-}
-
 // ---- Circles through points --------------------------------------------------------------------
 
 bool circleThroughPoints(const OdGePoint3d& p1, const OdGePoint3d& p2, const OdGePoint3d& p3, OdGePoint3d& center,
