@@ -34,12 +34,12 @@ void readDwgContainerR21(std::string_view bytes, DwgFileSections& sections) {
   sections.codePage = dwgLe16(raw + 0x13);
   if (dwgLe32(raw + 0x18) & 1) fail(eUnsupportedFileFormat, "the drawing is protected by a password");
 
-  DwgR2007FileHeader header = readDwgR2007FileHeader(bytes);
-  DwgR2007PageIndex pages = parseDwgR2007PageMap(readDwgR2007SystemPage(bytes, header.pageMap, "page map"));
+  DwgR2007FileHeader header = readDwgR2007FileHeader(bytes, sections.messages);
+  DwgR2007PageIndex pages = parseDwgR2007PageMap(readDwgR2007SystemPage(bytes, header.pageMap, "page map", sections.messages));
   auto sectionMapAt = pages.find(header.sectionMapId);
   if (sectionMapAt == pages.end()) fail(eInvalidDrawing, "the page map lacks the section map's page");
   header.sectionMap.offset = sectionMapAt->second - kDwgR2007PagesAt;
-  std::vector<DwgR2007Section> infos = parseDwgR2007SectionMap(readDwgR2007SystemPage(bytes, header.sectionMap, "section map"));
+  std::vector<DwgR2007Section> infos = parseDwgR2007SectionMap(readDwgR2007SystemPage(bytes, header.sectionMap, "section map", sections.messages));
 
   sections.header = requiredSection(bytes, infos, "AcDb:Header", pages, sections);
   sections.classes = requiredSection(bytes, infos, "AcDb:Classes", pages, sections);

@@ -30,7 +30,7 @@ void checkSection(std::string_view file, const DwgR2007Section& section) {
 }
 
 std::vector<uint8_t> pageData(std::string_view file, const DwgR2007Section& section, const DwgR2007Page& page,
-                              uint64_t at) {
+                              uint64_t at, std::vector<std::string>& messages) {
   const std::string what = "page " + std::to_string(page.id) + " of " + section.name;
   if (at > file.size()) fail(eEndOfFile, what + " lies outside the file");
   uint64_t room = file.size() - at;
@@ -38,7 +38,9 @@ std::vector<uint8_t> pageData(std::string_view file, const DwgR2007Section& sect
   uint64_t aligned = (page.compressedSize + 7) & ~uint64_t(7);
   size_t blocks = dwgRsBlocks(aligned, kDwgRsPageData);
   const auto* raw = reinterpret_cast<const uint8_t*>(file.data()) + at;
-  std::vector<uint8_t> data = dwgRsData(raw, room, blocks, kDwgRsPageData, section.encoding == 4);
+  DwgRsDamage damage;
+  std::vector<uint8_t> data = dwgRsData(raw, room, blocks, dwgRsPageCode(), section.encoding == 4, damage);
+  reportDwgRsDamage(damage, what, messages);
   if (page.compressedSize < page.size) return decompressDwgR21(data.data(), page.compressedSize, page.size);
   data.resize(page.size);
   return data;
@@ -54,7 +56,7 @@ std::vector<uint8_t> readDwgR2007DataSection(std::string_view file, const DwgR20
     auto found = pages.find(page.id);
     if (found == pages.end()) fail(eInvalidDrawing, section.name + " uses page " + std::to_string(page.id) + ", which the page map lacks");
     if (page.dataOffset > out.size()) fail(eInvalidDrawing, section.name + " has a page past its end");
-    std::vector<uint8_t> data = pageData(file, section, page, found->second);
+    std::vector<uint8_t> data = pageData(file, section, page, found->second, messages);
     if (dwgR2007PageChecksum(0, data.data(), data.size()) != page.checksum) {
       messages.push_back("page " + std::to_string(page.id) + " of " + section.name + ": check sum mismatch");
     }

@@ -17,10 +17,12 @@ constexpr size_t kFieldsSize = 0x110;
 
 [[noreturn]] void fail(int code, const std::string& what) { throw DwgFormatError{code, what}; }
 
-std::vector<uint8_t> headerFields(std::string_view file) {
+std::vector<uint8_t> headerFields(std::string_view file, std::vector<std::string>& messages) {
   if (file.size() < kHeaderAt + kHeaderBlocks * kDwgRsCodeword) fail(eEndOfFile, "the file header is cut off");
   const auto* raw = reinterpret_cast<const uint8_t*>(file.data()) + kHeaderAt;
-  std::vector<uint8_t> decoded = dwgRsData(raw, kHeaderBlocks * kDwgRsCodeword, kHeaderBlocks, kDwgRsSystemData, true);
+  DwgRsDamage damage;
+  std::vector<uint8_t> decoded = dwgRsData(raw, kHeaderBlocks * kDwgRsCodeword, kHeaderBlocks, dwgRsSystemCode(), true, damage);
+  reportDwgRsDamage(damage, "the file header", messages);
   int32_t stored = int32_t(dwgLe32(decoded.data() + 0x18));
   // A negative length means the fields are stored as they are.
   size_t length = stored < 0 ? size_t(-int64_t(stored)) : size_t(stored);
@@ -33,8 +35,8 @@ std::vector<uint8_t> headerFields(std::string_view file) {
 
 }  // namespace
 
-DwgR2007FileHeader readDwgR2007FileHeader(std::string_view file) {
-  std::vector<uint8_t> f = headerFields(file);
+DwgR2007FileHeader readDwgR2007FileHeader(std::string_view file, std::vector<std::string>& messages) {
+  std::vector<uint8_t> f = headerFields(file, messages);
   DwgR2007FileHeader header;
   header.pageMap.repeats = dwgLe64(f.data() + 0x18);
   header.pageMap.offset = dwgLe64(f.data() + 0x38);

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 // Where a system page is and how it is stored; `repeats` copies of its data fill the code words.
 struct DwgR2007SystemPage {
@@ -21,5 +23,6 @@ struct DwgR2007FileHeader {
 
 constexpr uint64_t kDwgR2007PagesAt = 0x480;
 
-// Throws DwgFormatError when the header is cut off or does not decompress.
-DwgR2007FileHeader readDwgR2007FileHeader(std::string_view file);
+// Throws DwgFormatError when the header is cut off or does not decompress; damage it survives goes
+// to `messages`.
+DwgR2007FileHeader readDwgR2007FileHeader(std::string_view file, std::vector<std::string>& messages);

@@ -38,7 +38,8 @@ DwgR2007Page readPageFields(const uint8_t* p) {
 
 }  // namespace
 
-std::vector<uint8_t> readDwgR2007SystemPage(std::string_view file, const DwgR2007SystemPage& page, const char* what) {
+std::vector<uint8_t> readDwgR2007SystemPage(std::string_view file, const DwgR2007SystemPage& page, const char* what,
+                                            std::vector<std::string>& messages) {
   const std::string name = what;
   uint64_t at = kDwgR2007PagesAt + page.offset;
   if (page.offset > file.size() || at > file.size()) fail(eEndOfFile, "the " + name + " lies outside the file");
@@ -51,7 +52,9 @@ std::vector<uint8_t> readDwgR2007SystemPage(std::string_view file, const DwgR200
   if (aligned > room / page.repeats) fail(eEndOfFile, "the " + name + " is cut off");
   size_t blocks = dwgRsBlocks(aligned * page.repeats, kDwgRsSystemData);
   const auto* raw = reinterpret_cast<const uint8_t*>(file.data()) + at;
-  std::vector<uint8_t> data = dwgRsData(raw, room, blocks, kDwgRsSystemData, true);
+  DwgRsDamage damage;
+  std::vector<uint8_t> data = dwgRsData(raw, room, blocks, dwgRsSystemCode(), true, damage);
+  reportDwgRsDamage(damage, "the " + name, messages);
   if (page.compressedSize < page.size) return decompressDwgR21(data.data(), page.compressedSize, page.size);
   data.resize(page.size);
   return data;

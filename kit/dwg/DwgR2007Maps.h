@@ -29,8 +29,10 @@ struct DwgR2007Section {
 // Page id to position in the file.
 using DwgR2007PageIndex = std::unordered_map<uint64_t, uint64_t>;
 
-// Reads a system page: code words of 239 data bytes, interleaved, then decompression.
-std::vector<uint8_t> readDwgR2007SystemPage(std::string_view file, const DwgR2007SystemPage& page, const char* what);
+// Reads a system page: code words of 239 data bytes, interleaved, then decompression. Damage it
+// survives goes to `messages`.
+std::vector<uint8_t> readDwgR2007SystemPage(std::string_view file, const DwgR2007SystemPage& page, const char* what,
+                                            std::vector<std::string>& messages);
 
 DwgR2007PageIndex parseDwgR2007PageMap(const std::vector<uint8_t>& map);
 

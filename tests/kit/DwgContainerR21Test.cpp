@@ -100,20 +100,6 @@ TEST(DwgR21Decompressor, RejectsStreamsThatLeaveTheirBounds) {
   }
 }
 
-TEST(DwgReedSolomonFraming, TakesTheDataBytesOfEachCodeword) {
-  Bytes coded(2 * kDwgRsCodeword);
-  for (size_t j = 0; j < kDwgRsCodeword; ++j) {
-    coded[j * 2] = uint8_t(j);             // block 0
-    coded[j * 2 + 1] = uint8_t(0x80 + j);  // block 1
-  }
-  Bytes data = dwgRsData(coded.data(), coded.size(), 2, 4, true);
-  EXPECT_EQ(data, (Bytes{0, 1, 2, 3, 0x80, 0x81, 0x82, 0x83}));
-  EXPECT_EQ(dwgRsData(coded.data(), coded.size(), 2, 3, false), (Bytes{0, 0x80, 1, 0x81, 2, 0x82}));
-  EXPECT_THROW(dwgRsData(coded.data(), coded.size() - 1, 2, 4, true), DwgFormatError);
-  EXPECT_EQ(dwgRsBlocks(239, 239), 1u);
-  EXPECT_EQ(dwgRsBlocks(240, 239), 2u);
-}
-
 std::string outcome(const std::string& bytes) { return containerOutcome(readDwgContainerR21, bytes); }
 
 TEST(DwgContainerR21, EveryCorpusFileGivesItsSections) {
@@ -142,24 +128,33 @@ TEST(DwgContainerR21, ACutFileIsAnError) {
   }
 }
 
-// Each stored data byte of the header section's page, flipped, is caught by the page check sum
-// or stops decompression.
-TEST(DwgContainerR21, FlippedPageBytesAreNoticed) {
+// Each stored data byte of the header section's page, flipped, is put right by the page's parity;
+// three wrong bytes in one code word are more than it corrects and are caught by the report, the
+// page check sum or decompression.
+TEST(DwgContainerR21, FlippedPageBytesAreCorrectedOrNoticed) {
   std::string bytes = corpusBytes("dwg/example_2007.dwg");
-  DwgR2007FileHeader header = readDwgR2007FileHeader(bytes);
-  DwgR2007PageIndex pages = parseDwgR2007PageMap(readDwgR2007SystemPage(bytes, header.pageMap, "page map"));
+  std::vector<std::string> messages;
+  DwgR2007FileHeader header = readDwgR2007FileHeader(bytes, messages);
+  DwgR2007PageIndex pages = parseDwgR2007PageMap(readDwgR2007SystemPage(bytes, header.pageMap, "page map", messages));
   header.sectionMap.offset = pages.at(header.sectionMapId) - kDwgR2007PagesAt;
-  std::vector<DwgR2007Section> infos = parseDwgR2007SectionMap(readDwgR2007SystemPage(bytes, header.sectionMap, "section map"));
+  std::vector<DwgR2007Section> infos = parseDwgR2007SectionMap(readDwgR2007SystemPage(bytes, header.sectionMap, "section map", messages));
   auto section = std::find_if(infos.begin(), infos.end(), [](const DwgR2007Section& s) { return s.name == "AcDb:Header"; });
   ASSERT_NE(section, infos.end());
   ASSERT_EQ(section->encoding, 4u);
   const DwgR2007Page& page = section->pages.at(0);
   uint64_t at = pages.at(page.id);
   size_t blocks = dwgRsBlocks((page.compressedSize + 7) & ~uint64_t(7), kDwgRsPageData);
+  DwgFileSections clean;
+  readDwgContainerR21(bytes, clean);
   for (size_t m = 0; m < page.compressedSize; ++m) {
+    size_t row = m % kDwgRsPageData, block = m / kDwgRsPageData;
     std::string damaged = bytes;
-    size_t stored = at + (m % kDwgRsPageData) * blocks + m / kDwgRsPageData;
-    damaged[stored] = char(damaged[stored] ^ 0x5A);
+    damaged[at + row * blocks + block] ^= 0x5A;
+    DwgFileSections sections;
+    readDwgContainerR21(damaged, sections);
+    EXPECT_TRUE(sections.messages.empty()) << "data byte " << m;
+    EXPECT_EQ(sections.header, clean.header) << "data byte " << m;
+    for (size_t more : {size_t(100), size_t(200)}) damaged[at + ((row + more) % kDwgRsCodeword) * blocks + block] ^= 0xA5;
     EXPECT_NE(outcome(damaged), "silent") << "data byte " << m;
   }
 }
