@@ -15,3 +15,8 @@ inline uint64_t dwgLe64(const uint8_t* p) { return uint64_t(dwgLe32(p)) | (uint6
 inline void dwgPutLe32(uint8_t* p, uint32_t v) {
   for (int i = 0; i < 4; ++i) p[i] = uint8_t(v >> (8 * i));
 }
+
+inline void dwgPutLe64(uint8_t* p, uint64_t v) {
+  dwgPutLe32(p, uint32_t(v));
+  dwgPutLe32(p + 4, uint32_t(v >> 32));
+}

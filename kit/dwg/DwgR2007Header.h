@@ -13,6 +13,10 @@ struct DwgR2007SystemPage {
   uint64_t compressedSize = 0;
   uint64_t size = 0;
   uint64_t repeats = 1;
+  // CRCs of the stored and of the decompressed bytes, and the seed both start from, as stored.
+  uint64_t storedCrc = 0;
+  uint64_t dataCrc = 0;
+  uint64_t crcSeed = 0;
 };
 
 struct DwgR2007FileHeader {
@@ -23,6 +27,6 @@ struct DwgR2007FileHeader {
 
 constexpr uint64_t kDwgR2007PagesAt = 0x480;
 
-// Throws DwgFormatError when the header is cut off or does not decompress; damage it survives goes
-// to `messages`.
+// Throws DwgFormatError when the header is cut off or does not decompress; damage it survives and
+// failed check sums go to `messages`.
 DwgR2007FileHeader readDwgR2007FileHeader(std::string_view file, std::vector<std::string>& messages);

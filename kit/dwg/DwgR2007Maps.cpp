@@ -6,6 +6,7 @@
 #include "kit/dwg/DwgFileSections.h"
 #include "kit/dwg/DwgLittleEndian.h"
 #include "kit/dwg/DwgR21Decompressor.h"
+#include "kit/dwg/DwgR2007HeaderChecks.h"
 #include "kit/dwg/DwgReedSolomon.h"
 
 namespace {
@@ -55,8 +56,12 @@ std::vector<uint8_t> readDwgR2007SystemPage(std::string_view file, const DwgR200
   DwgRsDamage damage;
   std::vector<uint8_t> data = dwgRsData(raw, room, blocks, dwgRsSystemCode(), true, damage);
   reportDwgRsDamage(damage, "the " + name, messages);
-  if (page.compressedSize < page.size) return decompressDwgR21(data.data(), page.compressedSize, page.size);
+  bool storedHolds = dwgR2007SystemPageCrc(page.crcSeed, data.data(), page.compressedSize) == page.storedCrc;
+  if (page.compressedSize < page.size) data = decompressDwgR21(data.data(), page.compressedSize, page.size);
   data.resize(page.size);
+  if (!storedHolds || dwgR2007SystemPageCrc(page.crcSeed, data.data(), data.size()) != page.dataCrc) {
+    messages.push_back("the " + name + ": check sum mismatch");
+  }
   return data;
 }
 

@@ -3,9 +3,12 @@
 // release, and damaged copies, which end in DwgFormatError or read on without crashing.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <random>
 
 #include "kit/dwg/DwgR2007Header.h"
+#include "kit/dwg/DwgR2007HeaderChecks.h"
 #include "kit/dwg/DwgR2007Maps.h"
 #include "kit/dwg/DwgR21Decompressor.h"
 #include "kit/dwg/DwgReedSolomon.h"
@@ -157,6 +160,42 @@ TEST(DwgContainerR21, FlippedPageBytesAreCorrectedOrNoticed) {
     for (size_t more : {size_t(100), size_t(200)}) damaged[at + ((row + more) % kDwgRsCodeword) * blocks + block] ^= 0xA5;
     EXPECT_NE(outcome(damaged), "silent") << "data byte " << m;
   }
+}
+
+bool mentions(const std::vector<std::string>& messages, const std::string& text) {
+  return std::any_of(messages.begin(), messages.end(), [&](const std::string& m) { return m.find(text) != std::string::npos; });
+}
+
+// Every corpus file passes its CRC-64 checks (the first test); these catch damage the parity
+// lets through or cannot mend.
+TEST(DwgContainerR21, CheckSumsNoticeWhatParityLeaves) {
+  const std::string original = corpusBytes("dwg/2007/Line.dwg");
+  std::string damaged = original;
+  damaged[0x80 + kDwgR2007CheckDataAt + 3] ^= 0x10;
+  DwgFileSections sections;
+  readDwgContainerR21(damaged, sections);
+  EXPECT_EQ(sections.messages, std::vector<std::string>{"the file header fails its check sums (check data)"});
+
+  // One wrong data byte of the page map with eight wrong parity bytes beside it in its code word
+  // is past mending; where the page still decompresses, its check sums tell.
+  std::vector<std::string> messages;
+  DwgR2007SystemPage map = readDwgR2007FileHeader(original, messages).pageMap;
+  size_t blocks = dwgRsBlocks(((map.compressedSize + 7) & ~uint64_t(7)) * map.repeats, kDwgRsSystemData);
+  size_t decompressed = 0;
+  for (size_t row = 0; row < map.compressedSize; ++row) {
+    damaged = original;
+    for (size_t r : {row, size_t(240), size_t(241), size_t(242), size_t(243), size_t(244), size_t(245), size_t(246), size_t(247)}) {
+      damaged[kDwgR2007PagesAt + map.offset + r * blocks] ^= 0x5A;
+    }
+    messages.clear();
+    try {
+      readDwgR2007SystemPage(damaged, map, "page map", messages);
+      ++decompressed;
+      EXPECT_TRUE(mentions(messages, "the page map: check sum mismatch")) << row;
+    } catch (const DwgFormatError&) {
+    }
+  }
+  EXPECT_GT(decompressed, map.compressedSize / 4);
 }
 
 TEST(DwgContainerR21, DamagedBytesNeverCrash) {
