@@ -101,6 +101,7 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
       {"HATCH", entity(readDwgHatch)},
       {"IMAGE", entity(readDwgImage)},
       {"HELIX", entity(readDwgHelix)},
+      {"MESH", entity(readDwgMesh)},
       {"ACAD_TABLE", entity(readDwgTable)},
       {"MULTILEADER", entity(readDwgMLeader)},
       {"WIPEOUT", entity(readDwgWipeout)},

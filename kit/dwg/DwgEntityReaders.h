@@ -57,6 +57,7 @@ void readDwgViewport(DwgObjectContext& c);
 void numberDwgViewports(OdDbDatabase& db);
 
 void readDwgHatch(DwgObjectContext& c);
+void readDwgMesh(DwgObjectContext& c);
 
 void readDwgImage(DwgObjectContext& c);
 void readDwgWipeout(DwgObjectContext& c);
