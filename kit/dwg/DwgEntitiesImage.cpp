@@ -1,5 +1,6 @@
 // IMAGE and WIPEOUT: the same raster frame (insertion point, pixel vectors, size, display
-// settings and clip boundary), then the image definition and its reactor.
+// settings and clip boundary), then the image definition and its reactor; and the underlays of
+// PDF, DWF and DGN files, which place a page of another file much as an image.
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
 
@@ -38,3 +39,22 @@ void readRasterData(DwgObjectContext& c, RasterImageData& r) {
 
 void readDwgImage(DwgObjectContext& c) { readRasterData(c, *c.newEntity<RasterImageEntity>()); }
 void readDwgWipeout(DwgObjectContext& c) { readRasterData(c, *c.newEntity<WipeoutEntity>()); }
+
+// PDFUNDERLAY, DWFUNDERLAY and DGNUNDERLAY: placement, display settings as bytes, the clip
+// boundary in raw doubles, and the underlay definition.
+void readDwgUnderlay(DwgObjectContext& c, UnderlayEntity::Format format) {
+  auto* e = c.newEntity<UnderlayEntity>();
+  e->format = format;
+  DwgBitReader& d = c.d;
+  e->normal = d.vector3BD();
+  e->position = d.point3BD();
+  e->rotation = d.BD();
+  e->scale = d.vector3BD();
+  e->flags = d.RC();
+  e->contrast = d.RC();
+  e->fade = d.RC();
+  uint32_t n = c.boundedCount(d.BL(), 128);
+  e->clipBoundary.reserve(n);
+  for (uint32_t i = 0; i < n && !d.overrun(); ++i) e->clipBoundary.push_back(d.point2RD());
+  e->definition = c.s.handle();
+}

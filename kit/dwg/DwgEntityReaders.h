@@ -58,6 +58,7 @@ void numberDwgViewports(OdDbDatabase& db);
 
 void readDwgHatch(DwgObjectContext& c);
 void readDwgMesh(DwgObjectContext& c);
+void readDwgUnderlay(DwgObjectContext& c, UnderlayEntity::Format format);
 
 void readDwgImage(DwgObjectContext& c);
 void readDwgWipeout(DwgObjectContext& c);
