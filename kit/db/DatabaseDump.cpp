@@ -415,6 +415,8 @@ private:
       case DbType::kShape: {
         auto& sh = static_cast<const ShapeEntity&>(e);
         s += "name=" + str(sh.name) + " position=" + pt(sh.position) + " size=" + num(sh.size);
+        if (sh.number) s += " number=" + std::to_string(sh.number);
+        if (sh.style) s += " style=" + str(sh.style->name);
         break;
       }
       case DbType::kUnderlay: {

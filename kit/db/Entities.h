@@ -620,8 +620,11 @@ struct MLineEntity : EntityOf<DbType::kMLine> {
   std::vector<MLineVertex> vertices;
 };
 
+// DXF files name the shape; DWG files give its number in the shape file of a text style.
 struct ShapeEntity : EntityOf<DbType::kShape> {
   std::string name;
+  int16_t number = 0;
+  TextStyleRecord* style = nullptr;
   OdGePoint3d position;  // OCS
   double size = 1.0;
   double rotation = 0.0;

@@ -48,6 +48,7 @@ const std::unordered_map<uint16_t, DwgReaderEntry>& fixedTypes() {
       {30, entity(readDwgPolygonMesh)},
       {31, entity(readDwgSolid)},
       {32, entity(readDwgTrace)},
+      {33, entity(readDwgShape)},
       {34, entity(readDwgViewport)},
       {35, entity(readDwgEllipse)},
       {37, entity([](DwgObjectContext& c) { readDwgModelerGeometry(c, "REGION"); })},

@@ -1,4 +1,5 @@
-// Text entities: TEXT, ATTRIB, ATTDEF and MTEXT (also the multi-line text of R2018 attributes).
+// Text entities: TEXT, ATTRIB, ATTDEF and MTEXT (also the multi-line text of R2018 attributes),
+// and SHAPE, a character of a shape file.
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
 
@@ -162,4 +163,18 @@ void readDwgMText(DwgObjectContext& c) {
   OdDbHandle style;
   readMTextData(c, *e, &style);
   e->style = c.textStyle(style);
+}
+
+void readDwgShape(DwgObjectContext& c) {
+  auto* e = c.newEntity<ShapeEntity>();
+  DwgBitReader& d = c.d;
+  e->position = d.point3BD();
+  e->size = d.BD();
+  e->rotation = d.BD();
+  e->widthFactor = d.BD();
+  e->oblique = d.BD();
+  e->thickness = d.BD();
+  e->number = int16_t(d.BS());
+  e->normal = d.vector3BD();
+  e->style = c.textStyle(c.s.handle());
 }

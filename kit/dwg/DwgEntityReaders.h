@@ -42,6 +42,7 @@ void readDwgText(DwgObjectContext& c);
 void readDwgAttribute(DwgObjectContext& c);
 void readDwgAttributeDefinition(DwgObjectContext& c);
 void readDwgMText(DwgObjectContext& c);
+void readDwgShape(DwgObjectContext& c);
 
 void readDwgDimensionOrdinate(DwgObjectContext& c);
 void readDwgDimensionLinear(DwgObjectContext& c);
