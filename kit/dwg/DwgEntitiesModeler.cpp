@@ -1,8 +1,10 @@
 // REGION, 3DSOLID and BODY: the ACIS data kept as DXF files keep it, one group per line of
 // the (lightly enciphered) SAT text, so that it can be written out again. Files store it in
-// blocks of bytes until an empty block (version 1). Version 2 (R2004 and later) holds binary
-// ACIS data, which DXF files hold as SAT text: it is not converted, so those bodies keep only
-// their version; the wire and silhouette data after the ACIS data are not kept either.
+// blocks of bytes until an empty block (version 1), or from R2004 on as binary ACIS data
+// (version 2), which becomes the SAT text AutoCAD writes into DXF files where the conversion knows
+// every record; otherwise those bodies keep only their version. The wire and silhouette data after
+// the ACIS data are not kept.
+#include "kit/dwg/DwgAcisBinary.h"
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
 
@@ -41,6 +43,16 @@ void readSatBlocks(DwgObjectContext& c, TaggedValues& out) {
   }
 }
 
+void readBinaryAcis(DwgObjectContext& c, ModelerGeometryEntity& e) {
+  std::string bytes;
+  c.d.rawBytes(c.d.bitsLeft() / 8, bytes);
+  std::optional<AcisSatText> sat = acisBinaryToSat(bytes);
+  if (!sat) return;
+  e.modelerVersion = 1;
+  e.data.back() = TaggedValue::ofInteger(70, e.modelerVersion);
+  for (const std::string& line : sat->lines) addLine(acisCipher(line), e.data);
+}
+
 }  // namespace
 
 void readDwgModelerGeometry(DwgObjectContext& c, const char* dxfName) {
@@ -57,4 +69,10 @@ void readDwgModelerGeometry(DwgObjectContext& c, const char* dxfName) {
   e->modelerVersion = d.BS();
   e->data.push_back(TaggedValue::ofInteger(70, e->modelerVersion));
   if (e->modelerVersion == 1) readSatBlocks(c, e->data);
+  else if (e->modelerVersion == 2) readBinaryAcis(c, *e);
+  // Solids of R2007 and later name the history of their making.
+  if (c.atLeast(kDwgR2007) && std::string_view(dxfName) == "3DSOLID") {
+    e->data.push_back(TaggedValue::ofString(100, "AcDb3dSolid"));
+    e->data.push_back(TaggedValue::ofString(350, c.s.handle().toHex()));
+  }
 }

@@ -383,7 +383,10 @@ struct KnownGap {
   const char* why;
 };
 const KnownGap kKnownGaps[] = {
-    {"", "MODELER_GEOMETRY groups", "binary ACIS data (SAB, R2004 and later) is not turned into SAT text yet"},
+    {"dwg/example_2013.dwg", "MODELER_GEOMETRY groups",
+     "R2013 and later files keep the ACIS data in their data storage section, which is not read yet"},
+    {"dwg/example_2018.dwg", "MODELER_GEOMETRY groups",
+     "R2013 and later files keep the ACIS data in their data storage section, which is not read yet"},
 };
 
 bool knownGap(const std::string& file, const std::string& problem) {
@@ -572,8 +575,9 @@ TEST(DwgDxfPairs, MeshesUnderlaysAndShapesAgreeInEveryField) {
 }
 
 // The ACIS text of regions and solids comes out group for group as the DXF twin holds it, where
-// the export kept the drawing's ACIS version (TS1 and the R14 example were written with another).
-// DXF writes "^" as "^ " (caret notation), and the export writes the ACIS header line anew.
+// the export kept the drawing's ACIS version (TS1 and the R14 example were written with another):
+// the SAT text of R13 to R2000 files, and that made of the binary data of later ones. DXF writes
+// "^" as "^ " (caret notation), and the export writes the ACIS header line of SAT text anew.
 TEST(DwgDxfPairs, ModelerDataAgreesGroupForGroup) {
   constexpr size_t kHeaderLine = 3;  // after the subclass marker, the version and the first line
   auto withoutCaretBlank = [](std::string text) {
@@ -581,7 +585,9 @@ TEST(DwgDxfPairs, ModelerDataAgreesGroupForGroup) {
     return text;
   };
   size_t bodies = 0;
-  for (const char* file : {"dwg/example_2000.dwg", "dwg/example_r13.dwg"}) {
+  for (const char* file : {"dwg/example_2000.dwg", "dwg/example_r13.dwg", "dwg/example_2004.dwg", "dwg/example_2007.dwg",
+                           "dwg/example_2010.dwg"}) {
+    const bool satInFile = std::strcmp(file, "dwg/example_2004.dwg") < 0 || std::strcmp(file, "dwg/example_r") > 0;
     OdDbDatabasePtr dwg = readDwgFile(corpusPath(file));
     OdDbDatabasePtr dxf = readDxfFile(corpusPath(std::string(file).substr(0, std::strlen(file) - 4) + ".dxf"));
     for (const BlockRecord* block : dwg->blocks()) {
@@ -592,7 +598,7 @@ TEST(DwgDxfPairs, ModelerDataAgreesGroupForGroup) {
         ++bodies;
         ASSERT_EQ(w->data.size(), x->data.size()) << file << " " << w->handle.toHex();
         for (size_t i = 0; i < w->data.size(); ++i) {
-          if (i == kHeaderLine) continue;
+          if (i == kHeaderLine && satInFile) continue;
           EXPECT_EQ(w->data[i].code, x->data[i].code) << file << " " << w->handle.toHex() << " group " << i;
           EXPECT_EQ(w->data[i].asText(), withoutCaretBlank(x->data[i].asText()))
               << file << " " << w->handle.toHex() << " group " << i;
@@ -600,5 +606,5 @@ TEST(DwgDxfPairs, ModelerDataAgreesGroupForGroup) {
       }
     }
   }
-  EXPECT_EQ(bodies, 6u);
+  EXPECT_EQ(bodies, 15u);
 }
