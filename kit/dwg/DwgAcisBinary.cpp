@@ -1,9 +1,10 @@
 #include "kit/dwg/DwgAcisBinary.h"
 
+#include <charconv>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <map>
+#include <type_traits>
 
 namespace {
 
@@ -44,9 +45,22 @@ const std::map<std::string_view, std::vector<Words>>& logicalWords() {
   return table;
 }
 
-std::string number(double v) {
+// Numbers as AutoCAD prints them: doubles with 19 significant digits ("%.19g").
+template <class T>
+void appendNumber(std::string& line, T v) {
   char text[40];
-  std::snprintf(text, sizeof text, "%.19g", v);
+  std::to_chars_result end;
+  if constexpr (std::is_floating_point_v<T>) {
+    end = std::to_chars(text, text + sizeof text, double(v), std::chars_format::general, 19);
+  } else {
+    end = std::to_chars(text, text + sizeof text, v);
+  }
+  line.append(text, end.ptr);
+}
+
+std::string number(double v) {
+  std::string text;
+  appendNumber(text, v);
   return text;
 }
 
@@ -107,32 +121,36 @@ bool readHeader(SabReader& r, Header& h) {
 
 // One value after a record's name, appended to `line`; false for a tag this conversion does not know.
 bool appendValue(SabReader& r, uint8_t tag, const std::vector<Words>* words, size_t& logicals, std::string& line) {
-  auto append = [&](const std::string& text) {
-    line += ' ';
-    line += text;
-  };
+  line += ' ';
   switch (tag) {
-    case kChar: { int8_t v; if (!r.value(v)) return false; append(std::to_string(v)); return true; }
-    case kShort: { int16_t v; if (!r.value(v)) return false; append(std::to_string(v)); return true; }
-    case kLong: { int32_t v; if (!r.value(v)) return false; append(std::to_string(v)); return true; }
-    case kFloat: { float v; if (!r.value(v)) return false; append(number(v)); return true; }
-    case kDouble: { double v; if (!r.value(v)) return false; append(number(v)); return true; }
-    case kPointer: { int32_t v; if (!r.value(v)) return false; append("$" + std::to_string(v)); return true; }
+    case kChar: { int8_t v; if (!r.value(v)) return false; appendNumber(line, int(v)); return true; }
+    case kShort: { int16_t v; if (!r.value(v)) return false; appendNumber(line, v); return true; }
+    case kLong: { int32_t v; if (!r.value(v)) return false; appendNumber(line, v); return true; }
+    case kFloat: { float v; if (!r.value(v)) return false; appendNumber(line, v); return true; }
+    case kDouble: { double v; if (!r.value(v)) return false; appendNumber(line, v); return true; }
+    case kPointer: { int32_t v; if (!r.value(v)) return false; line += '$'; appendNumber(line, v); return true; }
     case kString1: case kString2: case kString4: {
       std::string s;
       if (!r.string(tag == kString1 ? 1 : tag == kString2 ? 2 : 4, s)) return false;
-      append("@" + std::to_string(s.size()) + " " + s);
+      line += '@';
+      appendNumber(line, s.size());
+      line += ' ';
+      line += s;
       return true;
     }
     case kPosition: case kVector: {
       double v[3];
       if (!r.value(v)) return false;
-      for (double x : v) append(number(x));
+      appendNumber(line, v[0]);
+      for (double x : {v[1], v[2]}) {
+        line += ' ';
+        appendNumber(line, x);
+      }
       return true;
     }
     case kTrue: case kFalse:
       if (!words || logicals >= words->size()) return false;
-      append(tag == kTrue ? (*words)[logicals].ifTrue : (*words)[logicals].ifFalse);
+      line += tag == kTrue ? (*words)[logicals].ifTrue : (*words)[logicals].ifFalse;
       ++logicals;
       return true;
     default: return false;
@@ -187,11 +205,9 @@ std::optional<AcisSatText> acisBinaryToSat(std::string_view data) {
   return sat;
 }
 
-std::string acisCipher(std::string_view text) {
-  std::string out(text);
-  for (char& c : out) {
+void acisCipher(std::string& text) {
+  for (char& c : text) {
     auto u = static_cast<unsigned char>(c);
     if (u > 32 && u < 127) c = static_cast<char>(159 - u);
   }
-  return out;
 }

@@ -17,6 +17,6 @@ struct AcisSatText {
 // Nothing when the data is damaged or holds a value or record this conversion does not know.
 std::optional<AcisSatText> acisBinaryToSat(std::string_view data);
 
-// The light cipher of SAT text in drawing files: printable characters but the blank become 159
-// less their code. It is its own inverse.
-std::string acisCipher(std::string_view text);
+// The light cipher of SAT text in drawing files, in place: printable characters but the blank
+// become 159 less their code. It is its own inverse.
+void acisCipher(std::string& text);

@@ -11,8 +11,12 @@
 namespace {
 
 // DXF groups hold at most 255 characters: longer lines go on in groups of code 3.
-void addLine(const std::string& line, TaggedValues& out) {
+void addLine(std::string line, TaggedValues& out) {
   constexpr size_t kGroupLimit = 255;
+  if (line.size() <= kGroupLimit) {
+    out.push_back(TaggedValue::ofString(1, std::move(line)));
+    return;
+  }
   out.push_back(TaggedValue::ofString(1, line.substr(0, kGroupLimit)));
   for (size_t at = kGroupLimit; at < line.size(); at += kGroupLimit) {
     out.push_back(TaggedValue::ofString(3, line.substr(at, kGroupLimit)));
@@ -38,7 +42,7 @@ void readSatBlocks(DwgObjectContext& c, TaggedValues& out) {
     std::string line = text.substr(start, end - start);
     // Trailing blanks mean nothing to the modeler; DXF files drop them.
     while (!line.empty() && (line.back() == '\r' || line.back() == ' ')) line.pop_back();
-    if (!line.empty()) addLine(line, out);
+    if (!line.empty()) addLine(std::move(line), out);
     start = end + 1;
   }
 }
@@ -50,7 +54,11 @@ void readBinaryAcis(DwgObjectContext& c, ModelerGeometryEntity& e) {
   if (!sat) return;
   e.modelerVersion = 1;
   e.data.back() = TaggedValue::ofInteger(70, e.modelerVersion);
-  for (const std::string& line : sat->lines) addLine(acisCipher(line), e.data);
+  e.data.reserve(e.data.size() + sat->lines.size() + 2);
+  for (std::string& line : sat->lines) {
+    acisCipher(line);
+    addLine(std::move(line), e.data);
+  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "kit/dwg/DwgLz77Decompressor.h"
 
+#include <cstring>
 #include <string>
 
 #include "kit/base/OdError.h"
@@ -60,14 +61,22 @@ private:
   void copyLiterals(size_t count) {
     if (count > size_ - at_) fail("a literal run goes past the end of the stream");
     if (count > capacity_ - written_) fail("a literal run goes past the end of the page");
-    for (size_t i = 0; i < count; ++i) out_[written_++] = in_[at_++];
+    std::memcpy(out_ + written_, in_ + at_, count);
+    written_ += count;
+    at_ += count;
   }
 
-  // Byte by byte, since a reference may overlap the bytes it produces.
+  // A reference may overlap the bytes it produces: those go byte by byte, repeating the pattern.
   void copyBack(size_t offset, size_t count) {
     if (offset > written_) fail("a reference points before the start of the page");
     if (count > capacity_ - written_) fail("a reference goes past the end of the page");
-    for (size_t i = 0; i < count; ++i, ++written_) out_[written_] = out_[written_ - offset];
+    uint8_t* to = out_ + written_;
+    if (offset >= count) {
+      std::memcpy(to, to - offset, count);
+    } else {
+      for (size_t i = 0; i < count; ++i) to[i] = to[i - offset];
+    }
+    written_ += count;
   }
 
   const uint8_t* in_;
