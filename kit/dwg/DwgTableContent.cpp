@@ -70,16 +70,21 @@ void readCell(DwgObjectContext& c, TableCell& cell) {
   skipCellGeometry(c);
 }
 
-void readColumns(DwgObjectContext& c, TableEntity& e) {
+// What closes a column or a row: custom data, its cell style and style id, then its size.
+double readSizeAfterStyle(DwgObjectContext& c) {
   DwgBitReader& d = c.d;
-  uint32_t columns = c.boundedCount(d.BL(), 12);
+  d.BL();  // custom data
+  skipDwgTableCustomData(c);
+  skipDwgCellStyle(c);
+  d.BL();  // style id
+  return d.BD();
+}
+
+void readColumns(DwgObjectContext& c, TableEntity& e) {
+  uint32_t columns = c.boundedCount(c.d.BL(), 12);
   for (uint32_t i = 0; i < columns && !c.s.overrun(); ++i) {
     c.s.text();  // name
-    d.BL();      // custom data
-    skipDwgTableCustomData(c);
-    skipDwgCellStyle(c);
-    d.BL();  // style id
-    e.columnWidths.push_back(d.BD());
+    e.columnWidths.push_back(readSizeAfterStyle(c));
   }
 }
 
@@ -94,11 +99,7 @@ void readRows(DwgObjectContext& c, TableEntity& e) {
       return;
     }
     for (uint32_t k = 0; k < cells && !c.s.overrun(); ++k) readCell(c, e.cells.emplace_back());
-    d.BL();  // custom data
-    skipDwgTableCustomData(c);
-    skipDwgCellStyle(c);
-    d.BL();  // style id
-    e.rowHeights.push_back(d.BD());
+    e.rowHeights.push_back(readSizeAfterStyle(c));
   }
 }
 
