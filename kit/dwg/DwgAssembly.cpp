@@ -22,16 +22,23 @@ void DwgLoader::assemble() {
   const OdDbHandle modelSpace = space(headerHandles_.modelSpaceBlock, db.modelSpace());
   const OdDbHandle paperSpace = space(headerHandles_.paperSpaceBlock, db.paperSpace());
 
-  // Children by the handle of their owner, in handle order: one sorted list rather than a list
+  // Children by the map index of their owner, in handle order: one sorted list rather than a list
   // per owner, since a drawing has as many owners as it has polylines and block references.
-  std::vector<std::pair<uint64_t, uint32_t>> children;
+  // Indices rather than handles keep it at half the size while every vertex is also in the store.
+  std::vector<std::pair<uint32_t, uint32_t>> children;
   children.reserve(size_t(std::count_if(states_.begin(), states_.end(),
                                         [](const DwgObjectState& s) { return s.status == 1 && isPlaced(s.role); })));
+  OdDbHandle lastOwner;
+  int64_t lastOwnerIndex = -1;  // runs of vertices share their owner
   for (size_t i = 0; i < n; ++i) {
     const DwgObjectState& s = states_[i];
     if (s.status != 1 || !isPlaced(s.role)) continue;
     OdDbHandle owner = s.entityMode == 2 ? modelSpace : s.entityMode == 1 ? paperSpace : s.owner;
-    if (!owner.isNull()) children.emplace_back(owner.value(), uint32_t(i));
+    if (owner != lastOwner) {
+      lastOwner = owner;
+      lastOwnerIndex = indexOf(owner);
+    }
+    if (lastOwnerIndex >= 0) children.emplace_back(uint32_t(lastOwnerIndex), uint32_t(i));
   }
   std::sort(children.begin(), children.end());  // by owner, then in map (handle) order
 
@@ -57,9 +64,11 @@ void DwgLoader::assemble() {
         h = states_[size_t(index)].next;
       }
     }
-    auto first = std::lower_bound(children.begin(), children.end(), ownerHandle.value(),
-                                  [](const auto& child, uint64_t owner) { return child.first < owner; });
-    for (auto it = first; it != children.end() && it->first == ownerHandle.value(); ++it) take(it->second);
+    const int64_t owner = indexOf(ownerHandle);
+    if (owner < 0) return order;
+    auto first = std::lower_bound(children.begin(), children.end(), uint32_t(owner),
+                                  [](const auto& child, uint32_t o) { return child.first < o; });
+    for (auto it = first; it != children.end() && it->first == uint32_t(owner); ++it) take(it->second);
     return order;
   };
 
