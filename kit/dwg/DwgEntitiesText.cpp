@@ -1,5 +1,6 @@
 // Text entities: TEXT, ATTRIB, ATTDEF and MTEXT (also the multi-line text of R2018 attributes),
 // and SHAPE, a character of a shape file.
+#include "kit/db/MTextExtendedData.h"
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
 
@@ -163,6 +164,7 @@ void readDwgMText(DwgObjectContext& c) {
   OdDbHandle style;
   readMTextData(c, *e, &style);
   e->style = c.textStyle(style);
+  applyMTextExtendedData(*e, *e);
 }
 
 void readDwgShape(DwgObjectContext& c) {

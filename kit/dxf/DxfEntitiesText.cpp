@@ -1,5 +1,6 @@
 // Text entities: TEXT, MTEXT, ATTRIB, ATTDEF (with the embedded multi-line text of R2018
 // attributes), SHAPE, TOLERANCE.
+#include "kit/db/MTextExtendedData.h"
 #include "kit/dxf/DxfEntityGroups.h"
 
 namespace {
@@ -92,35 +93,6 @@ bool takeEmbeddedColumnGroup(DxfLoader& in, int code, MTextData& m) {
   }
 }
 
-// R2000 and R2007 files keep the column layout in ACAD extended data as (1070 code, value)
-// pairs between ACAD_MTEXT_COLUMN_INFO_BEGIN and _END.
-void applyColumnExtendedData(const DbObject& object, MTextData& m) {
-  const XDataGroup* acad = object.xdata("ACAD");
-  if (!acad) return;
-  bool inInfo = false;
-  const TaggedValues& v = acad->values;
-  for (size_t i = 0; i < v.size(); ++i) {
-    if (v[i].code == 1000) {
-      if (v[i].text == "ACAD_MTEXT_COLUMN_INFO_BEGIN") inInfo = true;
-      else if (v[i].text == "ACAD_MTEXT_COLUMN_INFO_END") inInfo = false;
-      else if (v[i].text == "ACAD_MTEXT_DEFINED_HEIGHT_BEGIN" && i + 2 < v.size()) m.definedHeight = v[i + 2].asReal();
-      continue;
-    }
-    if (!inInfo || v[i].code != 1070 || i + 1 >= v.size()) continue;
-    const TaggedValue& value = v[i + 1];
-    switch (v[i].integer) {
-      case 75: m.columnType = int16_t(value.asInteger()); break;
-      case 76: m.columnCount = int16_t(value.asInteger()); break;
-      case 78: m.columnFlowReversed = value.asInteger() != 0; break;
-      case 79: m.columnAutoHeight = value.asInteger() != 0; break;
-      case 48: m.columnWidth = value.asReal(); break;
-      case 49: m.columnGutter = value.asReal(); break;
-      default: break;
-    }
-    ++i;
-  }
-}
-
 void defaultStyle(DxfLoader& in, TextData& t) {
   if (!t.style) t.style = in.standardTextStyle();
 }
@@ -191,7 +163,7 @@ Entity* readMTextEntity(DxfLoader& in) {
     return takeMTextGroup(in, code, *e, inColumns);
   });
   if (!e->style) e->style = in.standardTextStyle();
-  applyColumnExtendedData(*e, *e);
+  applyMTextExtendedData(*e, *e);
   return in.finish(e);
 }
 
