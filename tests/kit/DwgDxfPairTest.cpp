@@ -574,6 +574,29 @@ TEST(DwgDxfPairs, MeshesUnderlaysAndShapesAgreeInEveryField) {
   }
 }
 
+// Multi-line texts lay out as their twins do: column settings and defined height come from the
+// entity in R2018 files and from extended data before.
+TEST(DwgDxfPairs, MTextLayoutSettingsAgree) {
+  size_t texts = 0, withColumns = 0;
+  for (const std::string& file : pairedDwgFiles()) {
+    if (!readable(file)) continue;
+    for (auto [w, x] : twinsOfKind<MTextEntity>(file)) {
+      SCOPED_TRACE(file + " " + w->handle.toHex());
+      ++texts;
+      withColumns += x->columnType != 0;
+      EXPECT_EQ(std::tie(w->columnType, w->columnCount, w->columnAutoHeight, w->columnFlowReversed),
+                std::tie(x->columnType, x->columnCount, x->columnAutoHeight, x->columnFlowReversed));
+      EXPECT_NEAR(w->columnWidth, x->columnWidth, 1e-9 * (1 + std::abs(x->columnWidth)));
+      EXPECT_NEAR(w->columnGutter, x->columnGutter, 1e-9 * (1 + std::abs(x->columnGutter)));
+      EXPECT_NEAR(w->definedHeight, x->definedHeight, 1e-9 * (1 + std::abs(x->definedHeight)));
+      EXPECT_EQ(w->lineSpacingStyle, x->lineSpacingStyle);
+      EXPECT_NEAR(w->lineSpacingFactor, x->lineSpacingFactor, 1e-12);
+    }
+  }
+  EXPECT_GE(texts, 20u);
+  EXPECT_GE(withColumns, 1u);  // 2007/Text
+}
+
 // The ACIS text of regions and solids comes out group for group as the DXF twin holds it, where
 // the export kept the drawing's ACIS version (TS1 and the R14 example were written with another):
 // the SAT text of R13 to R2000 files, and that made of the binary data of later ones. DXF writes
