@@ -71,10 +71,11 @@ private:
     if (offset > written_) fail("a reference points before the start of the page");
     if (count > capacity_ - written_) fail("a reference goes past the end of the page");
     uint8_t* to = out_ + written_;
+    const uint8_t* from = to - offset;
     if (offset >= count) {
-      std::memcpy(to, to - offset, count);
+      std::memcpy(to, from, count);
     } else {
-      for (size_t i = 0; i < count; ++i) to[i] = to[i - offset];
+      for (size_t i = 0; i < count; ++i) to[i] = from[i];
     }
     written_ += count;
   }
