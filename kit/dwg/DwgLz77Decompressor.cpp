@@ -61,6 +61,7 @@ private:
   void copyLiterals(size_t count) {
     if (count > size_ - at_) fail("a literal run goes past the end of the stream");
     if (count > capacity_ - written_) fail("a literal run goes past the end of the page");
+    if (count == 0) return;  // an empty page may have no buffer at all
     std::memcpy(out_ + written_, in_ + at_, count);
     written_ += count;
     at_ += count;
@@ -70,6 +71,7 @@ private:
   void copyBack(size_t offset, size_t count) {
     if (offset > written_) fail("a reference points before the start of the page");
     if (count > capacity_ - written_) fail("a reference goes past the end of the page");
+    if (count == 0) return;
     uint8_t* to = out_ + written_;
     const uint8_t* from = to - offset;
     if (offset >= count) {
