@@ -6,6 +6,7 @@
 #include "kit/base/MappedFile.h"
 #include "kit/base/OdError.h"
 #include "kit/dwg/DwgLoader.h"
+#include "kit/dwg/DwgR12ToDxf.h"
 
 namespace {
 
@@ -25,10 +26,12 @@ bool hasVersionMark(std::string_view b) {
 OdDbDatabasePtr load(std::string_view bytes, const DwgReadOptions& options, const std::string& name) {
   if (!looksLikeDwg(bytes)) throw OdError(eNotDrawingFile, toOd(name + ": not a DWG file"));
   std::string version(bytes.substr(0, 6));
-  if (version < "AC1012" || version.substr(0, 3) != "AC1" || version[3] == '.') {
+  const bool r12 = version == "AC1009";
+  if (!r12 && (version < "AC1012" || version.substr(0, 3) != "AC1" || version[3] == '.')) {
     throw OdError(eUnsupportedFileFormat, toOd(name + ": DWG release " + version + " (before R13) is not supported"));
   }
   try {
+    if (r12) return readDwgR12(bytes, options.recover, name);
     auto db = std::make_shared<OdDbDatabase>();
     db->setFileName(name);
     DwgLoader loader(bytes, *db, options, name);

@@ -1,0 +1,76 @@
+#include "kit/dwg/DwgR12File.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+#include "kit/base/OdError.h"
+#include "kit/dwg/DwgFileSections.h"
+#include "kit/dwg/DwgLittleEndian.h"
+
+namespace {
+
+const uint8_t* at(std::string_view bytes, size_t offset) { return reinterpret_cast<const uint8_t*>(bytes.data()) + offset; }
+
+// The first five table descriptors follow the section addresses; the other five were added
+// among the header variables as the tables were introduced.
+constexpr size_t kTableDescriptor[] = {0x2c, 0x36, 0x40, 0x4a, 0x54, 0x3ef, 0x500, 0x512, 0x522, 0x69f};
+constexpr const char* kTableName[] = {"block", "layer", "style", "linetype", "view",
+                                      "UCS", "viewport", "application", "dimension style", "viewport entity"};
+// The fields this reader takes from each record, with the two check bytes.
+constexpr uint16_t kMinimumRecordSize[] = {45, 41, 198, 191, 35, 35, 253, 37, 35, 35};
+
+constexpr uint16_t kCheckBytes = 2;
+
+std::string hex(size_t v) {
+  char text[32];
+  std::snprintf(text, sizeof text, "0x%zX", v);
+  return text;
+}
+
+std::string_view section(std::string_view bytes, uint32_t start, uint32_t end, const char* name) {
+  if (start < kDwgR12HeaderSize || end < start || end > bytes.size()) {
+    throw DwgFormatError{end > bytes.size() ? eEndOfFile : eInvalidDrawing,
+                         std::string("the ") + name + " section (" + hex(start) + " to " + hex(end) +
+                             ") lies outside the file of " + std::to_string(bytes.size()) + " bytes"};
+  }
+  return bytes.substr(start, end - start);
+}
+
+}  // namespace
+
+std::string_view DwgR12File::record(R12Table t, size_t index) const {
+  const DwgR12TableLocation& loc = table(t);
+  return bytes.substr(loc.start + index * loc.recordSize, loc.recordSize - kCheckBytes);
+}
+
+DwgR12File readDwgR12File(std::string_view bytes) {
+  if (bytes.size() < kDwgR12HeaderSize) {
+    throw DwgFormatError{eEndOfFile, "the file ends within its header (" + std::to_string(bytes.size()) + " bytes)"};
+  }
+  DwgR12File file;
+  file.bytes = bytes;
+  file.entities = section(bytes, dwgLe32(at(bytes, 0x14)), dwgLe32(at(bytes, 0x18)), "entity");
+  // The block section's size shares its word with flag bits above 24 bits.
+  uint32_t blocksStart = dwgLe32(at(bytes, 0x1c));
+  uint32_t blocksSize = dwgLe32(at(bytes, 0x20)) & 0x00ffffff;
+  file.blockEntities = section(bytes, blocksStart, uint32_t(std::min<uint64_t>(uint64_t(blocksStart) + blocksSize, UINT32_MAX)),
+                               "block entity");
+  for (size_t t = 0; t < size_t(R12Table::kCount); ++t) {
+    const uint8_t* d = at(bytes, kTableDescriptor[t]);
+    DwgR12TableLocation loc{dwgLe16(d), dwgLe16(d + 2), dwgLe32(d + 6)};
+    if (loc.count == 0) loc.start = 0;
+    uint64_t end = uint64_t(loc.start) + uint64_t(loc.recordSize) * loc.count;
+    if (loc.count > 0 && (loc.start < kDwgR12HeaderSize || end > bytes.size())) {
+      throw DwgFormatError{end > bytes.size() ? eEndOfFile : eInvalidDrawing,
+                           std::string("the ") + kTableName[t] + " table (" + std::to_string(loc.count) + " records at " +
+                               hex(loc.start) + ") lies outside the file"};
+    }
+    if (loc.count > 0 && loc.recordSize < kMinimumRecordSize[t]) {
+      throw DwgFormatError{eInvalidDrawing, std::string("the ") + kTableName[t] + " table's records have " +
+                                                std::to_string(loc.recordSize) + " bytes, too few for their fields"};
+    }
+    file.tables[t] = loc;
+  }
+  return file;
+}
