@@ -31,7 +31,11 @@ OdDbDatabasePtr load(std::string_view bytes, const DwgReadOptions& options, cons
     throw OdError(eUnsupportedFileFormat, toOd(name + ": DWG release " + version + " (before R13) is not supported"));
   }
   try {
-    if (r12) return readDwgR12(bytes, options.recover, name);
+    if (r12) {
+      OdDbDatabasePtr db = readDwgR12(bytes, options.recover, name);
+      db->setFileName(name);
+      return db;
+    }
     auto db = std::make_shared<OdDbDatabase>();
     db->setFileName(name);
     DwgLoader loader(bytes, *db, options, name);

@@ -23,7 +23,7 @@ enum OdDbDwgVersion {
 std::string odDwgVersionName(int version);
 
 // Reads a DWG or DXF file. Throws OdError: the readers' errors (eFileNotFound, eCantOpenFile,
-// eNotDrawingFile, eUnsupportedFileFormat for DWG releases before R13, ...).
+// eNotDrawingFile, eUnsupportedFileFormat for DWG releases before R11, ...).
 // With `recover`, a damaged file gives what could be read (the database's load report lists the
 // damage) instead of an error.
 OdDbDatabasePtr readDrawingFile(const std::string& pathUtf8, bool recover);
