@@ -11,7 +11,7 @@ namespace {
 
 enum Kind : uint8_t {
   kLine = 1, kPoint = 2, kCircle = 3, kShape = 4, kText = 7, kArc = 8, kTrace = 9, kSolid = 11,
-  kBlock = 12, kEndBlock = 13, kInsert = 14, kAttdef = 15, kAttrib = 16, kSeqend = 17, kPolyline = 19,
+  kBlock = 12, kEndBlock = 13, kInsert = 14, kAttdef = 15, kAttrib = 16, kSeqend = 17, kClosedPolyline = 18, kPolyline = 19,
   kVertex = 20, kLine3d = 21, kFace = 22, kDimension = 23, kViewport = 24,
 };
 
@@ -23,7 +23,6 @@ enum Flag : uint8_t {
 enum Extra : uint8_t { kHasExtendedData = 2, kHasViewport = 4 };
 
 constexpr size_t kRecordHeader = 4;  // kind, flags, length
-constexpr size_t kCheckBytes = 2;
 
 struct Common {
   uint8_t kind = 0;
@@ -33,6 +32,9 @@ struct Common {
   bool paperSpace = false;
   double z = 0;              // the elevation of kinds whose points are two-dimensional
   bool flat = false;         // lines, points and faces: two-dimensional points at elevation 0
+  // Before R10, lines, points and faces have two-dimensional points unless option bit `1 << i`
+  // gives point i a z; they have no normal.
+  bool zByOption = false;
   std::string_view extendedData;
   bool has(uint16_t option) const { return options & option; }
 };
@@ -44,8 +46,8 @@ std::string hexOffset(size_t offset) {
 }
 
 // The groups every entity has, before those of its kind.
-Common readCommon(DwgR12Cursor& in, uint8_t kind, uint8_t flags, const DwgR12Tables& tables, DxfTagWriter& out,
-                  const char* dxfKind) {
+Common readCommon(DwgR12Cursor& in, uint8_t kind, uint8_t flags, const DwgR12Release& release,
+                  const DwgR12Tables& tables, DxfTagWriter& out, const char* dxfKind) {
   Common c;
   c.kind = kind;
   c.flags = flags;
@@ -60,11 +62,15 @@ Common readCommon(DwgR12Cursor& in, uint8_t kind, uint8_t flags, const DwgR12Tab
   out.raw(0, dxfKind);
   out.raw(8, dxfText(tables.layerName(c.layer)));
   if (flags & kHasColor) out.integer(62, in.i8());
-  if (flags & kHasLinetype) out.raw(6, dxfText(tables.linetypeName(in.u16())));
+  // Before R11 the index has one byte, 255 for BYBLOCK.
+  if (flags & kHasLinetype) out.raw(6, dxfText(tables.linetypeName(release.r12() ? in.u16() : in.u8())));
   // Lines, points and faces use the flag to say their points have no z; the others store the
   // elevation their two-dimensional points share.
   bool flatKind = kind == kLine || kind == kPoint || kind == kFace || kind == kLine3d;
-  if (flags & kHasElevation) {
+  c.zByOption = flatKind && !release.flatByFlag;
+  if (c.zByOption) {
+    c.flat = true;
+  } else if (flags & kHasElevation) {
     if (flatKind) c.flat = true;
     else c.z = in.f64();
   }
@@ -95,28 +101,35 @@ OdGePoint3d point3(DwgR12Cursor& in) {
   return {x, y, in.f64()};
 }
 
-OdGePoint3d pointByFlag(DwgR12Cursor& in, const Common& c) { return c.flat ? point2(in, 0) : point3(in); }
+// Point `index` of a line, point or face.
+OdGePoint3d pointByFlag(DwgR12Cursor& in, const Common& c, int index) {
+  if (!c.flat) return point3(in);
+  OdGePoint3d p = point2(in, 0);
+  if (c.zByOption && c.has(uint16_t(1u << index))) p.z = in.f64();
+  return p;
+}
 
 void normalIf(DwgR12Cursor& in, const Common& c, uint16_t option, DxfTagWriter& out) {
   if (c.has(option)) out.point(210, point3(in));
 }
 
 void writeLine(DwgR12Cursor& in, const Common& c, const DwgR12Tables&, DxfTagWriter& out) {
-  OdGePoint3d a = pointByFlag(in, c);
+  OdGePoint3d a = pointByFlag(in, c, 0);
   out.point(10, a);
-  out.point(11, pointByFlag(in, c));
-  normalIf(in, c, 1, out);
+  out.point(11, pointByFlag(in, c, 1));
+  if (!c.zByOption) normalIf(in, c, 1, out);
 }
 
 void writePoint(DwgR12Cursor& in, const Common& c, const DwgR12Tables&, DxfTagWriter& out) {
-  out.point(10, pointByFlag(in, c));
+  out.point(10, pointByFlag(in, c, 0));
+  if (c.zByOption) return;
   normalIf(in, c, 1, out);
   if (c.has(2)) out.angle(50, in.f64());
 }
 
 void writeFace(DwgR12Cursor& in, const Common& c, const DwgR12Tables&, DxfTagWriter& out) {
-  for (int corner = 0; corner < 4; ++corner) out.point(10 + corner, pointByFlag(in, c));
-  if (c.has(1)) out.integer(70, in.i16());
+  for (int corner = 0; corner < 4; ++corner) out.point(10 + corner, pointByFlag(in, c, corner));
+  if (!c.zByOption && c.has(1)) out.integer(70, in.i16());
 }
 
 // Circles and arcs may store a centre z of their own after the normal.
@@ -218,10 +231,13 @@ void writeInsert(DwgR12Cursor& in, const Common& c, const DwgR12Tables& tables, 
   normalIf(in, c, 256, out);
 }
 
+// Before R11, a closed polyline has a kind of its own; what its option bit 0x8000 says is not known.
 void writePolyline(DwgR12Cursor& in, const Common& c, const DwgR12Tables&, DxfTagWriter& out) {
   out.integer(66, 1);
   out.point(10, OdGePoint3d{0, 0, c.z});
-  if (c.has(1)) out.integer(70, in.u8());
+  uint8_t closed = c.kind == kClosedPolyline ? 1 : 0;
+  if (c.has(1)) out.integer(70, in.u8() | closed);
+  else if (closed) out.integer(70, closed);
   if (c.has(2)) out.real(40, in.f64());
   if (c.has(4)) out.real(41, in.f64());
   normalIf(in, c, 8, out);
@@ -308,7 +324,7 @@ const KindInfo* kindInfo(uint8_t kind) {
     case kAttdef: return &kAttdefInfo;
     case kAttrib: return &kAttribInfo;
     case kSeqend: return &kSeqendInfo;
-    case kPolyline: return &kPolylineInfo;
+    case kPolyline: case kClosedPolyline: return &kPolylineInfo;
     case kVertex: return &kVertexInfo;
     case kFace: return &kFaceInfo;
     case kDimension: return &kDimensionInfo;
@@ -322,27 +338,29 @@ struct Record {
   uint8_t kind = 0;
   uint8_t flags = 0;
   std::string_view body;  // after the length, without the check bytes
+  size_t length = 0;
 };
 
-// The record at `offset`, checked against the section.
-Record recordAt(std::string_view section, size_t offset, const char* sectionName) {
+// The record at `offset`, checked against the section; `tail` check bytes close it.
+Record recordAt(std::string_view section, size_t offset, size_t tail, const char* sectionName) {
   if (section.size() - offset < kRecordHeader) {
     throw DwgFormatError{eEndOfFile, std::string("the ") + sectionName + " section ends within the record at +" + hexOffset(offset)};
   }
   const auto* p = reinterpret_cast<const uint8_t*>(section.data()) + offset;
   uint16_t length = dwgLe16(p + 2);
-  if (length < kRecordHeader + kCheckBytes || length > section.size() - offset) {
+  if (length < kRecordHeader + tail || length > section.size() - offset) {
     throw DwgFormatError{eInvalidDrawing, std::string("the record at +") + hexOffset(offset) + " of the " + sectionName +
                                               " section has the impossible length " + std::to_string(length)};
   }
-  return {offset, p[0], p[1], section.substr(offset + kRecordHeader, length - kRecordHeader - kCheckBytes)};
+  return {offset, p[0], p[1], section.substr(offset + kRecordHeader, length - kRecordHeader - tail), length};
 }
 
-size_t nextOffset(const Record& r) { return r.offset + kRecordHeader + r.body.size() + kCheckBytes; }
+size_t nextOffset(const Record& r) { return r.offset + r.length; }
 
-void writeEntity(const Record& r, const KindInfo& info, const DwgR12Tables& tables, DxfTagWriter& out) {
+void writeEntity(const Record& r, const KindInfo& info, const DwgR12Release& release, const DwgR12Tables& tables,
+                 DxfTagWriter& out) {
   DwgR12Cursor in(r.body, "the " + std::string(info.dxfName) + " record at +" + hexOffset(r.offset));
-  Common c = readCommon(in, r.kind, r.flags, tables, out, info.dxfName);
+  Common c = readCommon(in, r.kind, r.flags, release, tables, out, info.dxfName);
   info.write(in, c, tables, out);
   if (!c.extendedData.empty()) writeDwgR12ExtendedData(c.extendedData, tables, out);
 }
@@ -350,14 +368,14 @@ void writeEntity(const Record& r, const KindInfo& info, const DwgR12Tables& tabl
 bool erased(uint8_t kind) { return kind & 0x80; }
 
 // A block's BLOCK record: named by the table record that points at it, else by its own name.
-void writeBlockStart(const Record& r, const DwgR12Tables& tables, DxfTagWriter& out) {
+void writeBlockStart(const Record& r, const DwgR12Release& release, const DwgR12Tables& tables, DxfTagWriter& out) {
   DwgR12Cursor in(r.body, "the BLOCK record at +" + hexOffset(r.offset));
   uint16_t layer = in.u16();
   uint16_t options = in.u16();
   uint8_t extra = (r.flags & kHasExtra) ? in.u8() : 0;
   if (extra & kHasExtendedData) in.skip(in.u16());
   if (r.flags & kHasColor) in.skip(1);
-  if (r.flags & kHasLinetype) in.skip(2);
+  if (r.flags & kHasLinetype) in.skip(release.r12() ? 2 : 1);
   double z = (r.flags & kHasElevation) ? in.f64() : 0.0;
   if (r.flags & kHasThickness) in.skip(8);
   if (r.flags & kHasHandle) in.skip(in.u8());
@@ -379,24 +397,26 @@ void writeBlockStart(const Record& r, const DwgR12Tables& tables, DxfTagWriter& 
 
 }  // namespace
 
-void writeDwgR12Entities(std::string_view section, const DwgR12Tables& tables, DxfTagWriter& out) {
+void writeDwgR12Entities(std::string_view section, const DwgR12Release& release, const DwgR12Tables& tables,
+                         DxfTagWriter& out) {
   out.raw(0, "SECTION");
   out.raw(2, "ENTITIES");
   for (size_t offset = 0; offset < section.size();) {
-    Record r = recordAt(section, offset, "entity");
+    Record r = recordAt(section, offset, release.entityTail, "entity");
     offset = nextOffset(r);
     if (erased(r.kind) || r.kind == kBlock || r.kind == kEndBlock) continue;
-    if (const KindInfo* info = kindInfo(r.kind)) writeEntity(r, *info, tables, out);
+    if (const KindInfo* info = kindInfo(r.kind)) writeEntity(r, *info, release, tables, out);
   }
   out.raw(0, "ENDSEC");
 }
 
-void writeDwgR12Blocks(std::string_view section, const DwgR12Tables& tables, DxfTagWriter& out) {
+void writeDwgR12Blocks(std::string_view section, const DwgR12Release& release, const DwgR12Tables& tables,
+                       DxfTagWriter& out) {
   out.raw(0, "SECTION");
   out.raw(2, "BLOCKS");
   bool open = false;
   for (size_t offset = 0; offset < section.size();) {
-    Record r = recordAt(section, offset, "block entity");
+    Record r = recordAt(section, offset, release.entityTail, "block entity");
     offset = nextOffset(r);
     if (erased(r.kind)) continue;
     if (r.kind == kBlock || r.kind == kEndBlock) {
@@ -405,11 +425,11 @@ void writeDwgR12Blocks(std::string_view section, const DwgR12Tables& tables, Dxf
         out.raw(8, "0");
       }
       open = r.kind == kBlock;
-      if (open) writeBlockStart(r, tables, out);
+      if (open) writeBlockStart(r, release, tables, out);
       continue;
     }
     const KindInfo* info = kindInfo(r.kind);
-    if (info && open) writeEntity(r, *info, tables, out);
+    if (info && open) writeEntity(r, *info, release, tables, out);
   }
   if (open) {
     out.raw(0, "ENDBLK");

@@ -3,7 +3,7 @@
 //
 // A record is: kind, flags, its length, the layer index, option bits, then the common fields the
 // flags announce (extended data, colour, linetype, elevation, thickness, handle, viewport), then
-// the fields of its kind, some present by option bits, and two check bytes. Kinds with the top
+// the fields of its kind, some present by option bits, and (R11/R12 only) two check bytes. Kinds with the top
 // bit set are erased records, which are skipped.
 #pragma once
 
@@ -14,7 +14,9 @@
 class DxfTagWriter;
 
 // The model and paper space entities of the entity section.
-void writeDwgR12Entities(std::string_view section, const DwgR12Tables& tables, DxfTagWriter& out);
+void writeDwgR12Entities(std::string_view section, const DwgR12Release& release, const DwgR12Tables& tables,
+                         DxfTagWriter& out);
 // The block entity section: each block runs from its BLOCK record to its ENDBLK record and is
 // named by the block table record that points at its BLOCK record.
-void writeDwgR12Blocks(std::string_view section, const DwgR12Tables& tables, DxfTagWriter& out);
+void writeDwgR12Blocks(std::string_view section, const DwgR12Release& release, const DwgR12Tables& tables,
+                       DxfTagWriter& out);

@@ -16,7 +16,8 @@ struct Variable {
   Kind kind;
 };
 
-// Offsets into the fixed header; all lie before kDwgR12HeaderSize.
+// Offsets into the fixed header of R11/R12; the earlier releases end their header sooner and
+// keep the variables that lie before its end at the same offsets.
 constexpr Variable kVariables[] = {
     {"$INSBASE", 10, 0x5e, Kind::kPoint3},    {"$EXTMIN", 10, 0x78, Kind::kPoint3},
     {"$EXTMAX", 10, 0x90, Kind::kPoint3},     {"$LIMMIN", 10, 0xa8, Kind::kPoint2},
@@ -44,7 +45,18 @@ constexpr Variable kVariables[] = {
 // The handle seed follows, eight bytes, most significant first.
 constexpr size_t kHandlingOffset = 0x4ec;
 
+size_t sizeOf(Kind kind) {
+  switch (kind) {
+    case Kind::kByte: return 1;
+    case Kind::kReal: case Kind::kAngle: return 8;
+    case Kind::kPoint2: return 16;
+    case Kind::kPoint3: return 24;
+    default: return 2;
+  }
+}
+
 void writeVariable(const Variable& v, DwgR12Cursor in, const DwgR12Tables& tables, DxfTagWriter& out) {
+  if (v.offset + sizeOf(v.kind) > in.left()) return;  // not in this release
   in.skip(v.offset);
   out.raw(9, v.name);
   switch (v.kind) {
@@ -72,13 +84,17 @@ void writeVariable(const Variable& v, DwgR12Cursor in, const DwgR12Tables& table
 }  // namespace
 
 void writeDwgR12Header(const DwgR12File& file, const DwgR12Tables& tables, DxfTagWriter& out) {
-  DwgR12Cursor header(file.bytes.substr(0, kDwgR12HeaderSize), "the header");
+  DwgR12Cursor header(file.bytes.substr(0, file.release->headerSize), "the header");
   out.raw(0, "SECTION");
   out.raw(2, "HEADER");
   out.raw(9, "$ACADVER");
-  out.raw(1, "AC1009");
+  out.raw(1, file.release->mark);
   for (const Variable& v : kVariables) writeVariable(v, header, tables, out);
   DwgR12Cursor handling = header;
+  if (handling.left() < kHandlingOffset + 10) {
+    out.raw(0, "ENDSEC");
+    return;
+  }
   handling.skip(kHandlingOffset);
   if (handling.i16() != 0) {
     uint64_t seed = 0;

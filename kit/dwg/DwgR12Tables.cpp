@@ -7,39 +7,40 @@ namespace {
 
 constexpr size_t kNameWidth = 32;
 
-// Every record opens with its flags and its name, then a word that is -1 in all files seen.
+// Every record opens with its flags and its name, then (R11/R12) a word that is -1 in all files
+// seen. Tables the release has no descriptor for stay empty.
 template <typename Record>
 std::vector<Record> readTable(const DwgR12File& file, R12Table table, const char* name,
-                              void (*fields)(DwgR12Cursor&, Record&)) {
+                              void (*fields)(DwgR12Cursor&, Record&, const DwgR12Release&)) {
   std::vector<Record> records;
   for (size_t i = 0; i < file.table(table).count; ++i) {
     DwgR12Cursor in(file.record(table, i), std::string(name) + " record " + std::to_string(i));
     Record r;
     r.flags = in.u8();
     r.name = in.fixedText(kNameWidth);
-    in.skip(2);
-    if (fields) fields(in, r);
+    in.skip(file.release->recordWord);
+    if (fields) fields(in, r, *file.release);
     records.push_back(std::move(r));
   }
   return records;
 }
 
-void layerFields(DwgR12Cursor& in, DwgR12Layer& r) {
+void layerFields(DwgR12Cursor& in, DwgR12Layer& r, const DwgR12Release&) {
   r.color = in.i16();
   r.linetype = in.u16();
 }
 
-void styleFields(DwgR12Cursor& in, DwgR12Style& r) {
+void styleFields(DwgR12Cursor& in, DwgR12Style& r, const DwgR12Release& release) {
   r.height = in.f64();
   r.widthFactor = in.f64();
   r.oblique = in.f64();
   r.generation = in.u8();
   r.lastHeight = in.f64();
   r.font = in.fixedText(64);
-  r.bigFont = in.fixedText(64);
+  if (release.bigFont) r.bigFont = in.fixedText(64);
 }
 
-void linetypeFields(DwgR12Cursor& in, DwgR12Linetype& r) {
+void linetypeFields(DwgR12Cursor& in, DwgR12Linetype& r, const DwgR12Release&) {
   constexpr size_t kDashSlots = 12;
   r.description = in.fixedText(48);
   r.alignment = in.u8();
@@ -52,9 +53,9 @@ void linetypeFields(DwgR12Cursor& in, DwgR12Linetype& r) {
   }
 }
 
-void blockFields(DwgR12Cursor& in, DwgR12Block& r) { r.offset = in.u32() & 0x00ffffff; }
+void blockFields(DwgR12Cursor& in, DwgR12Block& r, const DwgR12Release&) { r.offset = in.u32() & 0x00ffffff; }
 
-void vportFields(DwgR12Cursor& in, DwgR12Vport& r) {
+void vportFields(DwgR12Cursor& in, DwgR12Vport& r, const DwgR12Release&) {
   for (size_t i = 0; i < 18; ++i) r.values[i] = in.f64();
   for (int16_t& m : r.modes) m = in.i16();
   for (size_t i = 18; i < 25; ++i) r.values[i] = in.f64();
@@ -159,8 +160,8 @@ void writeNamesOnly(const std::vector<DwgR12Record>& records, const char* kind, 
 const std::string& DwgR12Tables::layerName(uint16_t index) const { return namedIn(layers, index, "layer"); }
 
 std::string DwgR12Tables::linetypeName(uint16_t index) const {
-  if (index == 0x7fff) return "BYLAYER";
-  if (index == 0x7ffe) return "BYBLOCK";
+  if (index == byLayer) return "BYLAYER";
+  if (index == byBlock) return "BYBLOCK";
   return namedIn(linetypes, index, "linetype");
 }
 
@@ -182,6 +183,8 @@ int DwgR12Tables::blockAtOffset(uint32_t offset) const {
 
 DwgR12Tables readDwgR12Tables(const DwgR12File& file) {
   DwgR12Tables t;
+  t.byLayer = file.release->byLayer();
+  t.byBlock = file.release->byBlock();
   t.blocks = readTable<DwgR12Block>(file, R12Table::kBlock, "block", blockFields);
   t.layers = readTable<DwgR12Layer>(file, R12Table::kLayer, "layer", layerFields);
   t.styles = readTable<DwgR12Style>(file, R12Table::kStyle, "style", styleFields);

@@ -53,9 +53,10 @@ struct DwgR12Tables {
   std::vector<DwgR12Vport> vports;
   std::vector<DwgR12Record> appids;
   std::vector<DwgR12Record> dimstyles;
+  uint16_t byLayer = 0x7fff, byBlock = 0x7ffe;  // linetype indexes
 
   const std::string& layerName(uint16_t index) const;
-  // 0x7FFF is BYLAYER and 0x7FFE BYBLOCK.
+  // 0x7FFF is BYLAYER and 0x7FFE BYBLOCK (256 and 255 before R11).
   std::string linetypeName(uint16_t index) const;
   const std::string& styleName(uint16_t index) const;
   const std::string& appName(uint16_t index) const;

@@ -13,8 +13,8 @@ std::string dwgR12ToDxf(std::string_view bytes) {
   DxfTagWriter out;
   writeDwgR12Header(file, tables, out);
   writeDwgR12Tables(tables, out);
-  writeDwgR12Blocks(file.blockEntities, tables, out);
-  writeDwgR12Entities(file.entities, tables, out);
+  writeDwgR12Blocks(file.blockEntities, *file.release, tables, out);
+  writeDwgR12Entities(file.entities, *file.release, tables, out);
   out.raw(0, "EOF");
   return out.takeBuffer();
 }
