@@ -35,6 +35,7 @@ struct Common {
   // Before R10, lines, points and faces have two-dimensional points unless option bit `1 << i`
   // gives point i a z; they have no normal.
   bool zByOption = false;
+  bool planar = false;  // before R10: dimensions have two-dimensional points throughout
   std::string_view extendedData;
   bool has(uint16_t option) const { return options & option; }
 };
@@ -67,7 +68,8 @@ Common readCommon(DwgR12Cursor& in, uint8_t kind, uint8_t flags, const DwgR12Rel
   // Lines, points and faces use the flag to say their points have no z; the others store the
   // elevation their two-dimensional points share.
   bool flatKind = kind == kLine || kind == kPoint || kind == kFace || kind == kLine3d;
-  c.zByOption = flatKind && !release.flatByFlag;
+  c.planar = !release.flatByFlag;
+  c.zByOption = flatKind && c.planar;
   if (c.zByOption) {
     c.flat = true;
   } else if (flags & kHasElevation) {
@@ -261,14 +263,15 @@ void writeVertex(DwgR12Cursor& in, const Common& c, const DwgR12Tables&, DxfTagW
 }
 
 void writeDimension(DwgR12Cursor& in, const Common& c, const DwgR12Tables& tables, DxfTagWriter& out) {
+  auto definition = [&] { return c.planar ? point2(in, c.z) : point3(in); };
   out.raw(2, dxfText(tables.blockName(in.u16())));
-  out.point(10, point3(in));
+  out.point(10, definition());
   out.point(11, point2(in, c.z));
   if (c.has(1)) out.point(12, point2(in, c.z));
   if (c.has(2)) out.integer(70, in.u8());
   if (c.has(4)) out.raw(1, dxfText(in.text()));
   for (int i = 0; i < 3; ++i) {
-    if (c.has(uint16_t(8 << i))) out.point(13 + i, point3(in));
+    if (c.has(uint16_t(8 << i))) out.point(13 + i, definition());
   }
   if (c.has(64)) out.point(16, point2(in, c.z));
   if (c.has(128)) out.real(40, in.f64());

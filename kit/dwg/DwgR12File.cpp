@@ -27,8 +27,10 @@ constexpr uint16_t kStyleWithoutBigFont = 194 - 64;
 // the UCS and viewport tables, only R11/R12 the others. Before R11 a style record holds 64
 // bytes after its font that are zero in all files seen; they are not taken as a big font.
 constexpr DwgR12Release kReleases[] = {
-    {"AC1009", 0x6a9, 10, 2, 2, 2, true, true},
-    {"AC1006", 0x512, 7, 0, 0, 0, false, true},
+    {"AC1009", 0x6a9, 0x6a9, 10, 2, 2, 2, true, true},
+    {"AC1006", 0x512, 0x512, 7, 0, 0, 0, false, true},
+    // MIRRTEXT's place holds 1, but R9 has no such variable: its DXF export leaves it out.
+    {"AC1004", 0x3ef, 0x3ed, 5, 0, 0, 0, false, false},
 };
 
 uint16_t minimumRecordSize(const DwgR12Release& release, size_t table) {
@@ -69,7 +71,7 @@ std::string_view DwgR12File::record(R12Table t, size_t index) const {
 DwgR12File readDwgR12File(std::string_view bytes) {
   DwgR12File file;
   file.release = dwgR12Release(bytes);
-  if (!file.release) throw DwgFormatError{eUnsupportedFileFormat, "the file is not of a release from R10 to R12"};
+  if (!file.release) throw DwgFormatError{eUnsupportedFileFormat, "the file is not of a release from R9 to R12"};
   const size_t headerSize = file.release->headerSize;
   if (bytes.size() < headerSize) {
     throw DwgFormatError{eEndOfFile, "the file ends within its header (" + std::to_string(bytes.size()) + " bytes)"};

@@ -2,8 +2,8 @@
 // section and the ten tables, each a run of fixed-size records, all located by the file header.
 // Every range is checked against the file before it is handed out.
 //
-// R10 files share this layout with a shorter header (fewer variables and
-// table descriptors) and leaner records; DwgR12Release says what each leaves out.
+// R9 and R10 files share this layout with a shorter header (fewer variables and table
+// descriptors) and leaner records; DwgR12Release says what each leaves out.
 #pragma once
 
 #include <array>
@@ -21,6 +21,7 @@ struct DwgR12TableLocation {
 struct DwgR12Release {
   const char* mark;       // "AC1009"
   size_t headerSize;      // the header variables and table descriptors end before this offset
+  size_t variablesEnd;    // the header variables the release has end before this offset
   size_t tables;          // the tables with a descriptor: the first ones of R12Table
   uint16_t recordWord;    // bytes between a table record's name and its fields
   uint16_t recordTail;    // check bytes closing a table record

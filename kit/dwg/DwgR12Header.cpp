@@ -84,7 +84,7 @@ void writeVariable(const Variable& v, DwgR12Cursor in, const DwgR12Tables& table
 }  // namespace
 
 void writeDwgR12Header(const DwgR12File& file, const DwgR12Tables& tables, DxfTagWriter& out) {
-  DwgR12Cursor header(file.bytes.substr(0, file.release->headerSize), "the header");
+  DwgR12Cursor header(file.bytes.substr(0, file.release->variablesEnd), "the header");
   out.raw(0, "SECTION");
   out.raw(2, "HEADER");
   out.raw(9, "$ACADVER");

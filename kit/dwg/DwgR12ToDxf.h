@@ -1,7 +1,7 @@
 // R11/R12 DWG files (AC1009) are a packed form of what an R12 DXF file says: the same header
 // variables, tables, blocks and entities, in fixed-size table records and compact entity
 // records. They are read by turning them into that DXF text and reading it with the DXF reader,
-// so that both forms of a drawing load alike. R10 files (AC1006) take the same route; see
+// so that both forms of a drawing load alike. R9 and R10 files (AC1004, AC1006) take the same route; see
 // DwgR12Release for what they lack.
 #pragma once
 

@@ -1,6 +1,6 @@
-// R10 to R12 DWG files (AC1006, AC1009) load through the R12 DXF text they are turned into.
+// R9 to R12 DWG files (AC1004, AC1006, AC1009) load through the R12 DXF text they are turned into.
 //
-// entities-2d, entities-3d and the R10 drawings load as their DXF twins do: the same layers, blocks and entities
+// entities-2d, entities-3d and the R9 and R10 drawings load as their DXF twins do: the same layers, blocks and entities
 // in the same order with the same values. The twins' entities have no handles (HANDLING is off),
 // so entities are paired by their place in their block, not by handle. What differs because of
 // the DXF export is allowed below and said why.
@@ -295,7 +295,7 @@ TEST(DwgR12Damage, BadIndexesAndRangesAreNamed) {
 }
 
 // One file of each release read through R12 DXF text.
-const char* const kDamageSeeds[] = {"dwg/r11/entities-2d.dwg", "dwg/r10/entities.dwg"};
+const char* const kDamageSeeds[] = {"dwg/r11/entities-2d.dwg", "dwg/r10/entities.dwg", "dwg/r9/entities.dwg"};
 
 TEST(DwgR12Damage, EveryTruncationFailsCleanly) {
   for (const char* seed : kDamageSeeds) {
@@ -323,3 +323,6 @@ TEST(DwgOldPairs, R10EntitiesAgreeWithTheDxfTwins) {
   comparePair("dwg/r10/entities.dwg", 17);
   comparePair("dwg/r10/tmp_line.dwg", 1);
 }
+
+// R9 gives a 3D line's second point its z by an option bit, and its dimension has no z.
+TEST(DwgOldPairs, R9EntitiesAgreeWithTheDxfTwin) { comparePair("dwg/r9/entities.dwg", 17); }
