@@ -1,6 +1,7 @@
-// R9 to R12 DWG files (AC1004, AC1006, AC1009) load through the R12 DXF text they are turned into.
+// R2.6 to R12 DWG files (AC1003, AC1004, AC1006, AC1009) load through the R12 DXF text they are
+// turned into.
 //
-// entities-2d, entities-3d and the R9 and R10 drawings load as their DXF twins do: the same layers, blocks and entities
+// entities-2d, entities-3d and the R2.6 to R10 drawings load as their DXF twins do: the same layers, blocks and entities
 // in the same order with the same values. The twins' entities have no handles (HANDLING is off),
 // so entities are paired by their place in their block, not by handle. What differs because of
 // the DXF export is allowed below and said why.
@@ -295,7 +296,8 @@ TEST(DwgR12Damage, BadIndexesAndRangesAreNamed) {
 }
 
 // One file of each release read through R12 DXF text.
-const char* const kDamageSeeds[] = {"dwg/r11/entities-2d.dwg", "dwg/r10/entities.dwg", "dwg/r9/entities.dwg"};
+const char* const kDamageSeeds[] = {"dwg/r11/entities-2d.dwg", "dwg/r10/entities.dwg", "dwg/r9/entities.dwg",
+                                     "dwg/r2.6/dim.dwg"};
 
 TEST(DwgR12Damage, EveryTruncationFailsCleanly) {
   for (const char* seed : kDamageSeeds) {
@@ -326,3 +328,9 @@ TEST(DwgOldPairs, R10EntitiesAgreeWithTheDxfTwins) {
 
 // R9 gives a 3D line's second point its z by an option bit, and its dimension has no z.
 TEST(DwgOldPairs, R9EntitiesAgreeWithTheDxfTwin) { comparePair("dwg/r9/entities.dwg", 17); }
+
+// R2.6 closes each table record with one check byte; dim.dwg has the five kinds of dimension.
+TEST(DwgOldPairs, R26EntitiesAgreeWithTheDxfTwins) {
+  comparePair("dwg/r2.6/entities.dwg", 16);
+  comparePair("dwg/r2.6/dim.dwg", 9);
+}
