@@ -10,7 +10,7 @@
 namespace {
 
 enum Kind : uint8_t {
-  kLine = 1, kPoint = 2, kCircle = 3, kShape = 4, kText = 7, kArc = 8, kTrace = 9, kSolid = 11,
+  kLine = 1, kPoint = 2, kCircle = 3, kShape = 4, kRepeat = 5, kEndRepeat = 6, kText = 7, kArc = 8, kTrace = 9, kSolid = 11,
   kBlock = 12, kEndBlock = 13, kInsert = 14, kAttdef = 15, kAttrib = 16, kSeqend = 17, kClosedPolyline = 18, kPolyline = 19,
   kVertex = 20, kLine3d = 21, kFace = 22, kDimension = 23, kViewport = 24,
 };
@@ -298,6 +298,14 @@ void writeViewport(DwgR12Cursor& in, const Common&, const DwgR12Tables&, DxfTagW
 
 void writeNothing(DwgR12Cursor&, const Common&, const DwgR12Tables&, DxfTagWriter&) {}
 
+// The end of a repeat block (R2 files): columns and rows, then their spacing, in DXF's order.
+void writeEndRepeat(DwgR12Cursor& in, const Common&, const DwgR12Tables&, DxfTagWriter& out) {
+  out.integer(70, in.u16());
+  out.integer(71, in.u16());
+  out.real(40, in.f64());
+  out.real(41, in.f64());
+}
+
 using KindWriter = void (*)(DwgR12Cursor&, const Common&, const DwgR12Tables&, DxfTagWriter&);
 
 struct KindInfo {
@@ -305,7 +313,8 @@ struct KindInfo {
   KindWriter write;
 };
 
-// Kinds without an entry (repeat blocks, shape file loads, jumps) draw nothing and are skipped.
+// Kinds without an entry (shape file loads, jumps) draw nothing and are skipped. Repeat blocks
+// are carried over as DXF writes them.
 const KindInfo* kindInfo(uint8_t kind) {
   static const KindInfo kLineInfo{"LINE", writeLine}, kPointInfo{"POINT", writePoint},
       kCircleInfo{"CIRCLE", writeCircle}, kShapeInfo{"SHAPE", writeShape}, kTextInfo{"TEXT", writeText},
@@ -313,12 +322,15 @@ const KindInfo* kindInfo(uint8_t kind) {
       kInsertInfo{"INSERT", writeInsert}, kAttdefInfo{"ATTDEF", writeAttribute}, kAttribInfo{"ATTRIB", writeAttribute},
       kSeqendInfo{"SEQEND", writeNothing}, kPolylineInfo{"POLYLINE", writePolyline}, kVertexInfo{"VERTEX", writeVertex},
       kFaceInfo{"3DFACE", writeFace}, kDimensionInfo{"DIMENSION", writeDimension},
-      kViewportInfo{"VIEWPORT", writeViewport};
+      kViewportInfo{"VIEWPORT", writeViewport}, kRepeatInfo{"REPEAT", writeNothing},
+      kEndRepeatInfo{"ENDREP", writeEndRepeat};
   switch (kind) {
     case kLine: case kLine3d: return &kLineInfo;
     case kPoint: return &kPointInfo;
     case kCircle: return &kCircleInfo;
     case kShape: return &kShapeInfo;
+    case kRepeat: return &kRepeatInfo;
+    case kEndRepeat: return &kEndRepeatInfo;
     case kText: return &kTextInfo;
     case kArc: return &kArcInfo;
     case kTrace: return &kTraceInfo;

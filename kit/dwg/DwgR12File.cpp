@@ -33,6 +33,7 @@ constexpr DwgR12Release kReleases[] = {
     {"AC1004", 0x3ef, 0x3ed, 5, 0, 0, 0, false, false},
     // R2.6 closes a table record with one byte, zero in all files seen.
     {"AC1003", 0x3d5, 0x3d5, 5, 0, 1, 0, false, false},
+    {"AC2.10", 0x2e5, 0x2e5, 5, 0, 0, 0, false, false},
 };
 
 uint16_t minimumRecordSize(const DwgR12Release& release, size_t table) {
@@ -73,7 +74,7 @@ std::string_view DwgR12File::record(R12Table t, size_t index) const {
 DwgR12File readDwgR12File(std::string_view bytes) {
   DwgR12File file;
   file.release = dwgR12Release(bytes);
-  if (!file.release) throw DwgFormatError{eUnsupportedFileFormat, "the file is not of a release from R2.6 to R12"};
+  if (!file.release) throw DwgFormatError{eUnsupportedFileFormat, "the file is not of a release from R2.10 to R12"};
   const size_t headerSize = file.release->headerSize;
   if (bytes.size() < headerSize) {
     throw DwgFormatError{eEndOfFile, "the file ends within its header (" + std::to_string(bytes.size()) + " bytes)"};

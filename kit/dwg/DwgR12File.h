@@ -2,8 +2,8 @@
 // section and the ten tables, each a run of fixed-size records, all located by the file header.
 // Every range is checked against the file before it is handed out.
 //
-// R2.6, R9 and R10 files share this layout with a shorter header (fewer variables and table
-// descriptors) and leaner records; DwgR12Release says what each leaves out.
+// R2.10, R2.6, R9 and R10 files share this layout with a shorter header (fewer variables and
+// table descriptors) and leaner records; DwgR12Release says what each leaves out.
 #pragma once
 
 #include <array>

@@ -1,8 +1,8 @@
 // R11/R12 DWG files (AC1009) are a packed form of what an R12 DXF file says: the same header
 // variables, tables, blocks and entities, in fixed-size table records and compact entity
 // records. They are read by turning them into that DXF text and reading it with the DXF reader,
-// so that both forms of a drawing load alike. R2.6, R9 and R10 files (AC1003, AC1004, AC1006)
-// take the same route; see DwgR12Release for what they lack.
+// so that both forms of a drawing load alike. R2.10, R2.6, R9 and R10 files (AC2.10, AC1003,
+// AC1004, AC1006) take the same route; see DwgR12Release for what they lack.
 #pragma once
 
 #include <string>

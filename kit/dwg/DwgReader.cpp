@@ -27,7 +27,7 @@ bool hasVersionMark(std::string_view b) {
 OdDbDatabasePtr load(std::string_view bytes, const DwgReadOptions& options, const std::string& name) {
   if (!looksLikeDwg(bytes)) throw OdError(eNotDrawingFile, toOd(name + ": not a DWG file"));
   std::string version(bytes.substr(0, 6));
-  // R2.6 to R12 share one layout and load through R12 DXF text.
+  // R2.10 to R12 share one layout and load through R12 DXF text.
   const bool r12 = dwgR12Release(bytes) != nullptr;
   if (!r12 && (version < "AC1012" || version.substr(0, 3) != "AC1" || version[3] == '.')) {
     throw OdError(eUnsupportedFileFormat, toOd(name + ": DWG release " + version + " (before R13) is not supported"));

@@ -1,7 +1,7 @@
-// R2.6 to R12 DWG files (AC1003, AC1004, AC1006, AC1009) load through the R12 DXF text they are
-// turned into.
+// R2.10 to R12 DWG files (AC2.10, AC1003, AC1004, AC1006, AC1009) load through the R12 DXF text
+// they are turned into.
 //
-// entities-2d, entities-3d and the R2.6 to R10 drawings load as their DXF twins do: the same layers, blocks and entities
+// entities-2d, entities-3d and the R2.10 to R10 drawings load as their DXF twins do: the same layers, blocks and entities
 // in the same order with the same values. The twins' entities have no handles (HANDLING is off),
 // so entities are paired by their place in their block, not by handle. What differs because of
 // the DXF export is allowed below and said why.
@@ -15,6 +15,7 @@
 #include <map>
 #include <random>
 #include <set>
+#include <sstream>
 
 #include "kit/db/DatabaseDump.h"
 #include "kit/dwg/DwgR12ToDxf.h"
@@ -297,7 +298,7 @@ TEST(DwgR12Damage, BadIndexesAndRangesAreNamed) {
 
 // One file of each release read through R12 DXF text.
 const char* const kDamageSeeds[] = {"dwg/r11/entities-2d.dwg", "dwg/r10/entities.dwg", "dwg/r9/entities.dwg",
-                                     "dwg/r2.6/dim.dwg"};
+                                     "dwg/r2.6/dim.dwg", "dwg/r2.10/entities.dwg"};
 
 TEST(DwgR12Damage, EveryTruncationFailsCleanly) {
   for (const char* seed : kDamageSeeds) {
@@ -333,4 +334,30 @@ TEST(DwgOldPairs, R9EntitiesAgreeWithTheDxfTwin) { comparePair("dwg/r9/entities.
 TEST(DwgOldPairs, R26EntitiesAgreeWithTheDxfTwins) {
   comparePair("dwg/r2.6/entities.dwg", 16);
   comparePair("dwg/r2.6/dim.dwg", 9);
+}
+
+// R2.10 style records have no big font; block.dwg names a block with all 31 characters.
+TEST(DwgOldPairs, R210EntitiesAgreeWithTheDxfTwins) {
+  comparePair("dwg/r2.10/entities.dwg", 16);
+  comparePair("dwg/r2.10/block.dwg", 0);
+}
+
+// R2.10 files keep repeat blocks ("endrep 3 2 1 1"); they reach the DXF text as the export writes
+// them: REPEAT, the repeated entities, then ENDREP with the columns, rows and spacing.
+TEST(DwgOldFiles, RepeatBlocksKeepTheirArray) {
+  std::string dxf = dwgR12ToDxf(readBytes(corpusPath("dwg/r2.10/entities.dwg")));
+  size_t repeat = dxf.find("\nREPEAT\n");
+  size_t end = dxf.find("\nENDREP\n");
+  ASSERT_NE(repeat, std::string::npos);
+  ASSERT_NE(end, std::string::npos);
+  EXPECT_NE(dxf.substr(repeat, end - repeat).find("\nPOINT\n"), std::string::npos);
+  std::istringstream in(dxf.substr(end + 8));
+  std::map<int, std::string> groups;
+  int code;
+  std::string value;
+  while (in >> code >> value && code != 0) groups[code] = value;
+  EXPECT_EQ(groups[70], "3");
+  EXPECT_EQ(groups[71], "2");
+  EXPECT_TRUE(sameValue(groups[40], "1")) << groups[40];
+  EXPECT_TRUE(sameValue(groups[41], "1")) << groups[41];
 }
