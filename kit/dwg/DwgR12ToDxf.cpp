@@ -1,5 +1,6 @@
 #include "kit/dwg/DwgR12ToDxf.h"
 
+#include "kit/dwg/DwgOldAc14.h"
 #include "kit/dwg/DwgR12Entities.h"
 #include "kit/dwg/DwgR12File.h"
 #include "kit/dwg/DwgR12Header.h"
@@ -8,6 +9,7 @@
 #include "kit/dxf/DxfTagWriter.h"
 
 std::string dwgR12ToDxf(std::string_view bytes) {
+  if (isDwgAc14(bytes)) return dwgAc14ToDxf(bytes);
   DwgR12File file = readDwgR12File(bytes);
   DwgR12Tables tables = readDwgR12Tables(file);
   DxfTagWriter out;

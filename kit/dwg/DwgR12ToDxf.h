@@ -2,7 +2,8 @@
 // variables, tables, blocks and entities, in fixed-size table records and compact entity
 // records. They are read by turning them into that DXF text and reading it with the DXF reader,
 // so that both forms of a drawing load alike. R2.10, R2.6, R9 and R10 files (AC2.10, AC1003,
-// AC1004, AC1006) take the same route; see DwgR12Release for what they lack.
+// AC1004, AC1006) take the same route; see DwgR12Release for what they lack. So do AutoCAD 1.4
+// files (AC1.40), laid out differently: see DwgOldAc14.h.
 #pragma once
 
 #include <string>

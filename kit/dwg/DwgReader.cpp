@@ -6,6 +6,7 @@
 #include "kit/base/MappedFile.h"
 #include "kit/base/OdError.h"
 #include "kit/dwg/DwgLoader.h"
+#include "kit/dwg/DwgOldAc14.h"
 #include "kit/dwg/DwgR12File.h"
 #include "kit/dwg/DwgR12ToDxf.h"
 
@@ -27,8 +28,8 @@ bool hasVersionMark(std::string_view b) {
 OdDbDatabasePtr load(std::string_view bytes, const DwgReadOptions& options, const std::string& name) {
   if (!looksLikeDwg(bytes)) throw OdError(eNotDrawingFile, toOd(name + ": not a DWG file"));
   std::string version(bytes.substr(0, 6));
-  // R2.10 to R12 share one layout and load through R12 DXF text.
-  const bool r12 = dwgR12Release(bytes) != nullptr;
+  // AutoCAD 1.4 and R2.10 to R12 load through R12 DXF text.
+  const bool r12 = dwgR12Release(bytes) != nullptr || isDwgAc14(bytes);
   if (!r12 && (version < "AC1012" || version.substr(0, 3) != "AC1" || version[3] == '.')) {
     throw OdError(eUnsupportedFileFormat, toOd(name + ": DWG release " + version + " (before R13) is not supported"));
   }

@@ -1,9 +1,10 @@
-// Reading DWG files (R2.10 to R12 and R13 to R2018: AC2.10, AC1003 to AC1009 and AC1012 to
-// AC1032) into a new drawing database, the same database the DXF reader fills.
+// Reading DWG files (AutoCAD 1.4, R2.10 to R12 and R13 to R2018: AC1.40, AC2.10, AC1003 to
+// AC1009 and AC1012 to AC1032) into a new drawing database, the same database the DXF reader
+// fills.
 //
 // The strict calls throw OdError when the file cannot be read as a drawing: eFileNotFound or
 // eCantOpenFile when it cannot be opened, eNotDrawingFile when it is not DWG at all,
-// eUnsupportedFileFormat for releases before R2.10, eEndOfFile when it is cut off and
+// eUnsupportedFileFormat for the other releases before R13, eEndOfFile when it is cut off and
 // eInvalidDrawing or eDwgCRCError when its structure is broken. The description names the file
 // and the problem.
 //

@@ -40,7 +40,7 @@ TEST(DwgBadInput, ReleaseMarksAndGarbage) {
       {"ACAD15 and more", eNotDrawingFile, "not a DWG file"},
       {std::string("AC1006") + std::string(200, '\0'), eEndOfFile, "ends within its header"},
       {std::string("AC1009") + std::string(200, '\0'), eEndOfFile, "ends within its header"},
-      {std::string("AC1.40") + std::string(200, '\0'), eUnsupportedFileFormat, "before R13"},
+      {std::string("AC1.50") + std::string(200, '\0'), eUnsupportedFileFormat, "before R13"},
       {"AC1015", eEndOfFile, "cut off"},
       {std::string("AC1015") + std::string(200, '\0'), eInvalidDrawing, "sections"},
       {std::string("AC1015") + std::string(200, '\xFF'), eInvalidDrawing, "sections"},

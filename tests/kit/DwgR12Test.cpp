@@ -1,5 +1,5 @@
-// R2.10 to R12 DWG files (AC2.10, AC1003, AC1004, AC1006, AC1009) load through the R12 DXF text
-// they are turned into.
+// AutoCAD 1.4 and R2.10 to R12 DWG files (AC1.40, AC2.10, AC1003, AC1004, AC1006, AC1009) load
+// through the R12 DXF text they are turned into.
 //
 // entities-2d, entities-3d and the R2.10 to R10 drawings load as their DXF twins do: the same layers, blocks and entities
 // in the same order with the same values. The twins' entities have no handles (HANDLING is off),
@@ -298,7 +298,7 @@ TEST(DwgR12Damage, BadIndexesAndRangesAreNamed) {
 
 // One file of each release read through R12 DXF text.
 const char* const kDamageSeeds[] = {"dwg/r11/entities-2d.dwg", "dwg/r10/entities.dwg", "dwg/r9/entities.dwg",
-                                     "dwg/r2.6/dim.dwg", "dwg/r2.10/entities.dwg"};
+                                     "dwg/r2.6/dim.dwg", "dwg/r2.10/entities.dwg", "dwg/r1.4/entities.dwg"};
 
 TEST(DwgR12Damage, EveryTruncationFailsCleanly) {
   for (const char* seed : kDamageSeeds) {
@@ -360,4 +360,117 @@ TEST(DwgOldFiles, RepeatBlocksKeepTheirArray) {
   EXPECT_EQ(groups[71], "2");
   EXPECT_TRUE(sameValue(groups[40], "1")) << groups[40];
   EXPECT_TRUE(sameValue(groups[41], "1")) << groups[41];
+}
+
+namespace {
+
+std::string number(double v) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.6f", v);
+  return text;
+}
+
+std::string quoted(const std::string& text) {
+  std::string out(1, '"');
+  out += text;
+  out += '"';
+  return out;
+}
+
+std::string point2(const std::vector<double>& v, size_t at) {
+  std::string out(1, '(');
+  out += number(v[at]);
+  out += ',';
+  out += number(v[at + 1]);
+  out += ",0)";
+  return out;
+}
+
+// The entities of an AutoCAD 1.4 interchange file ("LINE,1" then lines of comma-separated
+// values), as the dump shows them; blocks by name, the drawing's own entities under "".
+std::map<std::string, std::vector<DumpedEntity>> readAc14Interchange(const std::string& text) {
+  std::map<std::string, std::vector<DumpedEntity>> blocks;
+  std::vector<std::pair<std::string, std::vector<std::string>>> items;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    bool kind = line.size() > 2 && line.compare(line.size() - 2, 2, ",1") == 0 &&
+                line.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == line.size() - 2;
+    if (kind) items.push_back({line.substr(0, line.size() - 2), {}});
+    else if (!items.empty()) items.back().second.push_back(line);
+  }
+  std::string block;
+  for (const auto& [kind, lines] : items) {
+    std::vector<double> v;
+    for (const std::string& line : lines) {
+      std::istringstream values(line);
+      for (std::string cell; std::getline(values, cell, ',');) v.push_back(std::strtod(cell.c_str(), nullptr));
+    }
+    auto need = [&](size_t n) { return v.size() >= n; };
+    DumpedEntity e{kind, {}};
+    if (kind == "POINT" && need(2)) {
+      e.fields["position"] = point2(v, 0);
+    } else if (kind == "LINE" && need(4)) {
+      e.fields["start"] = point2(v, 0);
+      e.fields["end"] = point2(v, 2);
+    } else if ((kind == "CIRCLE" && need(3)) || (kind == "ARC" && need(5))) {
+      e.fields["center"] = point2(v, 0);
+      e.fields["radius"] = number(v[2]);
+      if (kind == "ARC") {
+        e.fields["start"] = number(v[3]);
+        e.fields["end"] = number(v[4]);
+      }
+    } else if (kind == "TEXT" && need(4) && lines.size() > 1) {
+      e.fields = {{"position", point2(v, 0)}, {"height", number(v[2])}, {"rotation", number(v[3])},
+                  {"text", quoted(lines[1])}};
+    } else if ((kind == "TRACE" || kind == "SOLID") && need(8)) {
+      e.fields["corners"] = point2(v, 0) + point2(v, 2) + point2(v, 4) + point2(v, 6);
+    } else if (kind == "INSERT" && need(5) && lines.size() > 1) {
+      e.fields = {{"block", quoted(lines[1])}, {"position", point2(v, 0)},
+                  {"scale", "(" + number(v[2]) + "," + number(v[3]) + ",1)"}, {"rotation", number(v[4])}};
+    } else if (kind == "SHAPE" && need(3)) {
+      e.fields = {{"position", point2(v, 0)}, {"size", number(v[2])}};
+    } else if (kind == "REPEAT" || kind == "ENDREP") {
+      e = {"PROXY_ENTITY", {{"name", kind}}};
+    } else if (kind == "BLOCK" && lines.size() > 1) {
+      block = quoted(lines[1]);
+      continue;
+    } else if (kind == "ENDBLK") {
+      block.clear();
+      continue;
+    } else {
+      continue;  // LOAD and the settings draw nothing
+    }
+    blocks[block].push_back(e);
+  }
+  return blocks;
+}
+
+}  // namespace
+
+// The AutoCAD 1.4 twin is an interchange file of that release, which the DXF reader does not
+// take; its entities are read here and must agree with what the DWG file loads. The erased line
+// (moved into BLOCK1) is in neither. Layers are numbers; the twin says layer 1 is current.
+TEST(DwgOldPairs, Ac14EntitiesAgreeWithTheInterchangeTwin) {
+  Dumped dwg = parse(*readDwgFile(corpusPath("dwg/r1.4/entities.dwg")));
+  auto twin = readAc14Interchange(readBytes(corpusPath("dwg/r1.4/entities.dxf")));
+  ASSERT_EQ(twin[""].size(), 12u);
+  ASSERT_EQ(twin["\"BLOCK1\""].size(), 1u);
+  for (const auto& [name, expected] : twin) {
+    const std::vector<DumpedEntity>& loaded = dwg.blocks[name.empty() ? "\"*Model_Space\"" : name];
+    SCOPED_TRACE(name);
+    ASSERT_EQ(loaded.size(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i) {
+      ASSERT_EQ(loaded[i].kind, expected[i].kind) << i;
+      EXPECT_EQ(loaded[i].fields.at("layer"), "\"1\"") << i;
+      for (const auto& [key, value] : expected[i].fields) {
+        auto found = loaded[i].fields.find(key);
+        ASSERT_NE(found, loaded[i].fields.end()) << i << " " << key;
+        EXPECT_TRUE(sameValue(found->second, value)) << i << " " << key << ": " << found->second << " vs " << value;
+      }
+    }
+  }
+  EXPECT_TRUE(sameValue(dwg.header["EXTMAX"], "(8,8,0)")) << dwg.header["EXTMAX"];
+  EXPECT_TRUE(sameValue(dwg.header["LIMMAX"], "(12,9)")) << dwg.header["LIMMAX"];
+  EXPECT_TRUE(sameValue(dwg.header["TEXTSIZE"], "0.75")) << dwg.header["TEXTSIZE"];
 }
