@@ -474,3 +474,35 @@ TEST(DwgOldPairs, Ac14EntitiesAgreeWithTheInterchangeTwin) {
   EXPECT_TRUE(sameValue(dwg.header["LIMMAX"], "(12,9)")) << dwg.header["LIMMAX"];
   EXPECT_TRUE(sameValue(dwg.header["TEXTSIZE"], "0.75")) << dwg.header["TEXTSIZE"];
 }
+
+// The older layouts check their own offsets: a bad index, end or kind is named in one line.
+TEST(DwgOldDamage, BadIndexesAndRangesAreNamed) {
+  struct Case {
+    const char* file;
+    size_t at;
+    uint16_t value;
+    OdResult code;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"dwg/r10/entities.dwg", 0x512 + 4, 99, eInvalidDrawing, "names layer 99 of 2"},
+      {"dwg/r10/entities.dwg", 0x3ef + 2, 0x7000, eEndOfFile, "UCS table"},
+      {"dwg/r2.6/entities.dwg", 0x40, 100, eInvalidDrawing, "too few for their fields"},
+      {"dwg/r1.4/entities.dwg", 0x202, 99, eInvalidDrawing, "kind 99 is not known"},
+      {"dwg/r1.4/entities.dwg", 0x24, 0x7fff, eEndOfFile, "lie outside the file"},
+      {"dwg/r1.4/entities.dwg", 0x28, 0x7fff, eInvalidDrawing, "run past its end"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.file) + " at " + std::to_string(c.at));
+    std::string bytes = readBytes(corpusPath(c.file));
+    put16(bytes, c.at, c.value);
+    try {
+      readDwgBuffer(bytes, {}, "damaged.dwg");
+      ADD_FAILURE() << "loaded";
+    } catch (const OdError& e) {
+      EXPECT_EQ(e.code(), c.code);
+      std::string text = narrowText(e.description());
+      EXPECT_NE(text.find(c.message), std::string::npos) << text;
+    }
+  }
+}
