@@ -10,9 +10,9 @@
 namespace {
 
 enum Kind : uint8_t {
-  kLine = 1, kPoint = 2, kCircle = 3, kShape = 4, kRepeat = 5, kEndRepeat = 6, kText = 7, kArc = 8, kTrace = 9, kSolid = 11,
-  kBlock = 12, kEndBlock = 13, kInsert = 14, kAttdef = 15, kAttrib = 16, kSeqend = 17, kClosedPolyline = 18, kPolyline = 19,
-  kVertex = 20, kLine3d = 21, kFace = 22, kDimension = 23, kViewport = 24,
+  kLine = 1, kPoint = 2, kCircle = 3, kShape = 4, kRepeat = 5, kEndRepeat = 6, kText = 7, kArc = 8, kTrace = 9,
+  kSolid = 11, kBlock = 12, kEndBlock = 13, kInsert = 14, kAttdef = 15, kAttrib = 16, kSeqend = 17,
+  kClosedPolyline = 18, kPolyline = 19, kVertex = 20, kLine3d = 21, kFace = 22, kDimension = 23, kViewport = 24,
 };
 
 enum Flag : uint8_t {

@@ -84,8 +84,8 @@ DwgR12File readDwgR12File(std::string_view bytes) {
   // The block section's size shares its word with flag bits above 24 bits.
   uint32_t blocksStart = dwgLe32(at(bytes, 0x1c));
   uint32_t blocksSize = dwgLe32(at(bytes, 0x20)) & 0x00ffffff;
-  file.blockEntities = section(bytes, headerSize, blocksStart, uint32_t(std::min<uint64_t>(uint64_t(blocksStart) + blocksSize, UINT32_MAX)),
-                               "block entity");
+  uint32_t blocksEnd = uint32_t(std::min<uint64_t>(uint64_t(blocksStart) + blocksSize, UINT32_MAX));
+  file.blockEntities = section(bytes, headerSize, blocksStart, blocksEnd, "block entity");
   for (size_t t = 0; t < file.release->tables; ++t) {
     const uint8_t* d = at(bytes, kTableDescriptor[t]);
     DwgR12TableLocation loc{dwgLe16(d), dwgLe16(d + 2), dwgLe32(d + 6)};

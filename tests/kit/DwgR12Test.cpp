@@ -1,8 +1,8 @@
 // AutoCAD 1.4 and R2.10 to R12 DWG files (AC1.40, AC2.10, AC1003, AC1004, AC1006, AC1009) load
 // through the R12 DXF text they are turned into.
 //
-// entities-2d, entities-3d and the R2.10 to R10 drawings load as their DXF twins do: the same layers, blocks and entities
-// in the same order with the same values. The twins' entities have no handles (HANDLING is off),
+// entities-2d, entities-3d and the R2.10 to R10 drawings load as their DXF twins do: the same
+// layers, blocks and entities in the same order with the same values. The twins' entities have no handles (HANDLING is off),
 // so entities are paired by their place in their block, not by handle. What differs because of
 // the DXF export is allowed below and said why.
 //
@@ -143,7 +143,8 @@ bool twoDimensionalExtents(const std::string& variable, const std::string& dwgVa
   if (variable != "EXTMIN" && variable != "EXTMAX") return false;
   size_t dxfZ = dxfValue.rfind(',');
   size_t dwgZ = dwgValue.rfind(',');
-  if (dxfZ == std::string::npos || dwgZ == std::string::npos || dxfValue.find("e+20", dxfZ) == std::string::npos) return false;
+  if (dxfZ == std::string::npos || dwgZ == std::string::npos) return false;
+  if (dxfValue.find("e+20", dxfZ) == std::string::npos) return false;
   return sameValue(dwgValue.substr(0, dwgZ), dxfValue.substr(0, dxfZ));
 }
 
@@ -304,7 +305,9 @@ TEST(DwgR12Damage, EveryTruncationFailsCleanly) {
   for (const char* seed : kDamageSeeds) {
     SCOPED_TRACE(seed);
     const std::string bytes = readBytes(corpusPath(seed));
-    for (size_t size = 0; size < bytes.size(); ++size) loadDamaged(bytes.substr(0, size), "cut at " + std::to_string(size));
+    for (size_t size = 0; size < bytes.size(); ++size) {
+      loadDamaged(bytes.substr(0, size), "cut at " + std::to_string(size));
+    }
   }
 }
 
