@@ -38,32 +38,6 @@ struct Dumped {
   std::map<std::string, DumpedEntity> entities;                // handle -> entity
 };
 
-// Splits on blanks outside quotes, brackets and parentheses.
-std::vector<std::string> tokens(const std::string& line) {
-  std::vector<std::string> out;
-  std::string current;
-  int depth = 0;
-  bool quoted = false;
-  for (size_t i = 0; i < line.size(); ++i) {
-    char c = line[i];
-    if (c == '\\' && quoted && i + 1 < line.size()) {
-      current += c;
-      current += line[++i];
-      continue;
-    }
-    if (c == '"') quoted = !quoted;
-    if (!quoted && (c == '[' || c == '(')) ++depth;
-    if (!quoted && (c == ']' || c == ')')) --depth;
-    if (c == ' ' && !quoted && depth == 0) {
-      if (!current.empty()) out.push_back(current);
-      current.clear();
-    } else {
-      current += c;
-    }
-  }
-  if (!current.empty()) out.push_back(current);
-  return out;
-}
 
 Dumped parse(const OdDbDatabase& db) {
   Dumped d;
@@ -76,7 +50,7 @@ Dumped parse(const OdDbDatabase& db) {
     std::string line = text.substr(start, end - start);
     start = end + 1;
     if (line.empty()) continue;
-    std::vector<std::string> t = tokens(line);
+    std::vector<std::string> t = dumpFields(line);
     if (line[0] != ' ') {
       section = t[0];
       continue;
@@ -278,7 +252,7 @@ PairOutcome comparePair(const std::string& file, std::vector<std::string>& probl
   std::set<std::string> layersMadeByExport;
   for (auto it = dxf.layers.begin(); it != dxf.layers.end();) {
     if (OdDbHandle::fromHex(it->first) >= savedHandleSeed(*dwgDb) && !dwg.layers.count(it->first)) {
-      layersMadeByExport.insert(tokens(it->second).front());
+      layersMadeByExport.insert(dumpFields(it->second).front());
       it = dxf.layers.erase(it);
     } else {
       ++it;

@@ -51,3 +51,30 @@ inline std::string readBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(in), {});
 }
+
+// The fields of a dump line: split on blanks outside quotes, brackets and parentheses.
+inline std::vector<std::string> dumpFields(const std::string& line) {
+  std::vector<std::string> out;
+  std::string current;
+  int depth = 0;
+  bool quoted = false;
+  for (size_t i = 0; i < line.size(); ++i) {
+    char c = line[i];
+    if (c == '\\' && quoted && i + 1 < line.size()) {
+      current += c;
+      current += line[++i];
+      continue;
+    }
+    if (c == '"') quoted = !quoted;
+    if (!quoted && (c == '[' || c == '(')) ++depth;
+    if (!quoted && (c == ']' || c == ')')) --depth;
+    if (c == ' ' && !quoted && depth == 0) {
+      if (!current.empty()) out.push_back(current);
+      current.clear();
+    } else {
+      current += c;
+    }
+  }
+  if (!current.empty()) out.push_back(current);
+  return out;
+}
