@@ -37,6 +37,7 @@ OdDbDatabasePtr load(std::string_view bytes, const DwgReadOptions& options, cons
     if (r12) {
       OdDbDatabasePtr db = readDwgR12(bytes, options.recover, name);
       db->setFileName(name);
+      db->loadReport().decodedBytes = bytes.size();  // nothing is compressed before R13
       return db;
     }
     auto db = std::make_shared<OdDbDatabase>();
