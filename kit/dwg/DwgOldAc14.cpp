@@ -1,6 +1,5 @@
 #include "kit/dwg/DwgOldAc14.h"
 
-#include <cstdio>
 #include <set>
 
 #include "kit/dwg/DwgR12Cursor.h"
@@ -21,12 +20,6 @@ enum Kind : int16_t {
   kLine = 1, kPoint = 2, kCircle = 3, kShape = 4, kRepeat = 5, kEndRepeat = 6, kText = 7, kArc = 8,
   kTrace = 9, kLoad = 10, kSolid = 11, kBlock = 12, kEndBlock = 13, kInsert = 14,
 };
-
-std::string hex(size_t v) {
-  char text[32];
-  std::snprintf(text, sizeof text, "0x%zX", v);
-  return text;
-}
 
 OdGePoint3d point(DwgR12Cursor& in) {
   double x = in.f64();
@@ -184,7 +177,7 @@ std::string dwgAc14ToDxf(std::string_view bytes) {
   uint16_t count = countAt.u16();
   if (end < kEntitiesStart || end > bytes.size()) {
     throw DwgFormatError{end > bytes.size() ? eEndOfFile : eInvalidDrawing,
-                         "the entities (" + hex(kEntitiesStart) + " to " + hex(end) + ") lie outside the file of " +
+                         "the entities (" + dwgR12Offset(kEntitiesStart) + " to " + dwgR12Offset(end) + ") lie outside the file of " +
                              std::to_string(bytes.size()) + " bytes"};
   }
   const std::string_view section = bytes.substr(kEntitiesStart, end - kEntitiesStart);
@@ -197,7 +190,7 @@ std::string dwgAc14ToDxf(std::string_view bytes) {
   bool inBlock = false;
   size_t offset = 0;
   for (uint16_t i = 0; i < count; ++i) {
-    DwgR12Cursor in(section.substr(offset), "the record at " + hex(kEntitiesStart + offset));
+    DwgR12Cursor in(section.substr(offset), "the record at " + dwgR12Offset(kEntitiesStart + offset));
     int kind = in.i16();
     int layer = in.u16();
     bool erased = kind < 0;

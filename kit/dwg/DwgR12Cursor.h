@@ -9,8 +9,12 @@
 #include <string_view>
 
 #include "kit/base/OdError.h"
+#include "kit/db/Handle.h"
 #include "kit/dwg/DwgFileSections.h"
 #include "kit/dwg/DwgLittleEndian.h"
+
+// An offset as messages give it ("0x6CF").
+inline std::string dwgR12Offset(size_t offset) { return "0x" + OdDbHandle(offset).toHex(); }
 
 class DwgR12Cursor {
 public:
@@ -38,6 +42,13 @@ public:
   std::string fixedText(size_t width) {
     std::string_view field = bytes(width);
     return std::string(field.substr(0, field.find('\0')));
+  }
+  // A number stored highest byte first (handles and the handle seed), of at most 8 bytes.
+  uint64_t bigEndian(size_t n) {
+    const uint8_t* p = take(n);
+    uint64_t v = 0;
+    for (size_t i = 0; i < n; ++i) v = (v << 8) | p[i];
+    return v;
   }
   // Text of entities: a 16-bit length, then the bytes.
   std::string text() {

@@ -1,6 +1,5 @@
 #include "kit/dwg/DwgR12Entities.h"
 
-#include <cstdio>
 
 #include "kit/dwg/DwgR12Cursor.h"
 #include "kit/dwg/DwgR12ExtendedData.h"
@@ -40,12 +39,6 @@ struct Common {
   bool has(uint16_t option) const { return options & option; }
 };
 
-std::string hexOffset(size_t offset) {
-  char text[32];
-  std::snprintf(text, sizeof text, "0x%zX", offset);
-  return text;
-}
-
 // The groups every entity has, before those of its kind.
 Common readCommon(DwgR12Cursor& in, uint8_t kind, uint8_t flags, const DwgR12Release& release,
                   const DwgR12Tables& tables, DxfTagWriter& out, const char* dxfKind) {
@@ -80,12 +73,8 @@ Common readCommon(DwgR12Cursor& in, uint8_t kind, uint8_t flags, const DwgR12Rel
   if (flags & kHasHandle) {
     uint8_t size = in.u8();
     if (size > 8) in.fail("its handle has " + std::to_string(size) + " bytes");
-    std::string_view bytes = in.bytes(size);
-    uint64_t handle = 0;
-    for (char b : bytes) handle = (handle << 8) | uint8_t(b);
-    char hex[24];
-    std::snprintf(hex, sizeof hex, "%llX", static_cast<unsigned long long>(handle));
-    if (handle != 0) out.raw(5, hex);
+    uint64_t handle = in.bigEndian(size);
+    if (handle != 0) out.raw(5, OdDbHandle(handle).toHex());
   }
   if (extra & kHasViewport) in.skip(2);
   if (c.paperSpace) out.integer(67, 1);
@@ -359,12 +348,12 @@ struct Record {
 // The record at `offset`, checked against the section; `tail` check bytes close it.
 Record recordAt(std::string_view section, size_t offset, size_t tail, const char* sectionName) {
   if (section.size() - offset < kRecordHeader) {
-    throw DwgFormatError{eEndOfFile, std::string("the ") + sectionName + " section ends within the record at +" + hexOffset(offset)};
+    throw DwgFormatError{eEndOfFile, std::string("the ") + sectionName + " section ends within the record at +" + dwgR12Offset(offset)};
   }
   const auto* p = reinterpret_cast<const uint8_t*>(section.data()) + offset;
   uint16_t length = dwgLe16(p + 2);
   if (length < kRecordHeader + tail || length > section.size() - offset) {
-    throw DwgFormatError{eInvalidDrawing, std::string("the record at +") + hexOffset(offset) + " of the " + sectionName +
+    throw DwgFormatError{eInvalidDrawing, std::string("the record at +") + dwgR12Offset(offset) + " of the " + sectionName +
                                               " section has the impossible length " + std::to_string(length)};
   }
   return {offset, p[0], p[1], section.substr(offset + kRecordHeader, length - kRecordHeader - tail), length};
@@ -374,7 +363,7 @@ size_t nextOffset(const Record& r) { return r.offset + r.length; }
 
 void writeEntity(const Record& r, const KindInfo& info, const DwgR12Release& release, const DwgR12Tables& tables,
                  DxfTagWriter& out) {
-  DwgR12Cursor in(r.body, "the " + std::string(info.dxfName) + " record at +" + hexOffset(r.offset));
+  DwgR12Cursor in(r.body, "the " + std::string(info.dxfName) + " record at +" + dwgR12Offset(r.offset));
   Common c = readCommon(in, r.kind, r.flags, release, tables, out, info.dxfName);
   info.write(in, c, tables, out);
   if (!c.extendedData.empty()) writeDwgR12ExtendedData(c.extendedData, tables, out);
@@ -384,7 +373,7 @@ bool erased(uint8_t kind) { return kind & 0x80; }
 
 // A block's BLOCK record: named by the table record that points at it, else by its own name.
 void writeBlockStart(const Record& r, const DwgR12Release& release, const DwgR12Tables& tables, DxfTagWriter& out) {
-  DwgR12Cursor in(r.body, "the BLOCK record at +" + hexOffset(r.offset));
+  DwgR12Cursor in(r.body, "the BLOCK record at +" + dwgR12Offset(r.offset));
   uint16_t layer = in.u16();
   uint16_t options = in.u16();
   uint8_t extra = (r.flags & kHasExtra) ? in.u8() : 0;

@@ -1,11 +1,11 @@
 #include "kit/dwg/DwgR12File.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include "kit/base/OdError.h"
 #include "kit/dwg/DwgFileSections.h"
+#include "kit/dwg/DwgR12Cursor.h"
 #include "kit/dwg/DwgLittleEndian.h"
 
 namespace {
@@ -42,16 +42,10 @@ uint16_t minimumRecordSize(const DwgR12Release& release, size_t table) {
   return kMinimumOldRecordSize[table] + release.recordTail;
 }
 
-std::string hex(size_t v) {
-  char text[32];
-  std::snprintf(text, sizeof text, "0x%zX", v);
-  return text;
-}
-
 std::string_view section(std::string_view bytes, size_t headerSize, uint32_t start, uint32_t end, const char* name) {
   if (start < headerSize || end < start || end > bytes.size()) {
     throw DwgFormatError{end > bytes.size() ? eEndOfFile : eInvalidDrawing,
-                         std::string("the ") + name + " section (" + hex(start) + " to " + hex(end) +
+                         std::string("the ") + name + " section (" + dwgR12Offset(start) + " to " + dwgR12Offset(end) +
                              ") lies outside the file of " + std::to_string(bytes.size()) + " bytes"};
   }
   return bytes.substr(start, end - start);
@@ -94,7 +88,7 @@ DwgR12File readDwgR12File(std::string_view bytes) {
     if (loc.count > 0 && (loc.start < headerSize || end > bytes.size())) {
       throw DwgFormatError{end > bytes.size() ? eEndOfFile : eInvalidDrawing,
                            std::string("the ") + kTableName[t] + " table (" + std::to_string(loc.count) + " records at " +
-                               hex(loc.start) + ") lies outside the file"};
+                               dwgR12Offset(loc.start) + ") lies outside the file"};
     }
     if (loc.count > 0 && loc.recordSize < minimumRecordSize(*file.release, t)) {
       throw DwgFormatError{eInvalidDrawing, std::string("the ") + kTableName[t] + " table's records have " +

@@ -1,6 +1,5 @@
 #include "kit/dwg/DwgR12Header.h"
 
-#include <cstdio>
 
 #include "kit/dwg/DwgR12Cursor.h"
 #include "kit/dxf/DxfTagWriter.h"
@@ -97,14 +96,11 @@ void writeDwgR12Header(const DwgR12File& file, const DwgR12Tables& tables, DxfTa
   }
   handling.skip(kHandlingOffset);
   if (handling.i16() != 0) {
-    uint64_t seed = 0;
-    for (int i = 0; i < 8; ++i) seed = (seed << 8) | handling.u8();
-    char hex[24];
-    std::snprintf(hex, sizeof hex, "%llX", static_cast<unsigned long long>(seed));
+    uint64_t seed = handling.bigEndian(8);
     out.raw(9, "$HANDLING");
     out.integer(70, 1);
     out.raw(9, "$HANDSEED");
-    out.raw(5, hex);
+    out.raw(5, OdDbHandle(seed).toHex());
   }
   out.raw(0, "ENDSEC");
 }
