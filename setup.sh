@@ -15,6 +15,7 @@ packages=(
   libfreetype-dev libfontconfig-dev fonts-liberation2 fonts-dejavu-core
   python3 libxml2-utils
   python3-ezdxf
+  librecad-data
   imagemagick
   chromium
 )
