@@ -18,6 +18,8 @@ namespace {
 constexpr std::size_t kFlushSize = 1 << 20;
 // Pages smaller than this (SVG units) get proportionally shorter dashes.
 constexpr double kDashReferenceSize = 2500.0;
+// Two coordinates of a file closer than this (SVG units) are one point.
+constexpr double kFilePointTolerance = 0.001;
 
 std::string Utf8(const OdString& text) {
   std::string out;
@@ -75,6 +77,9 @@ DRAWSVG::DRAWSVG() {
   m_solidLineTypes.insert(L"BYLAYER");
   m_solidLineTypes.insert(L"BYBLOCK");
   m_solidLineTypes.insert(L"");
+  // Every file collects with the per-file point tolerance, the first included: the base's
+  // construction value would merge or drop every segment shorter than 15 SVG units.
+  m_pointTolerance = kFilePointTolerance;
 }
 
 DRAWSVG::~DRAWSVG() {
@@ -90,7 +95,7 @@ void DRAWSVG::ResetFile() {
   try {
     TraceMessage("In ResetFile SVG");
     TRANS_BASE2::ResetFile();
-    m_pointTolerance = 0.001;
+    m_pointTolerance = kFilePointTolerance;
     ResetCoordinateCounters();
     m_textCount = 0;
     m_imageCount = 0;
