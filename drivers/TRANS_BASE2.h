@@ -34,6 +34,7 @@ struct DrvBox {
   double height() const { return maxY - minY; }
   void extend(double x, double y);
   void clear() { *this = DrvBox(); }
+  void widenIfFlat();
 };
 
 // One colour table entry (components 0..255).

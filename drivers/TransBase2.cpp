@@ -22,7 +22,18 @@ void DrvBox::extend(double x, double y) {
   maxY = std::max(maxY, y);
 }
 
-bool DrvView::isEmpty() const { return pageExtents.height() <= 0.0 || pageExtents.width() <= 0.0; }
+// A view holds geometry once anything extended its box: a lone point or a single level line is
+// a drawing too.
+bool DrvView::isEmpty() const { return pageExtents.empty; }
+
+// A box without width or height (one point, a level or upright line) gets a frame around it, so
+// that the file has a page to show it on: a fortieth of the other side, and at least ten units.
+void DrvBox::widenIfFlat() {
+  if (empty) return;
+  const double pad = std::max(std::max(width(), height()) / 40.0, 5.0);
+  if (!(width() > 0.0)) minX -= pad, maxX += pad;
+  if (!(height() > 0.0)) minY -= pad, maxY += pad;
+}
 
 void DrvView::clearCollections() {
   layers.clear();
@@ -249,6 +260,8 @@ void TRANS_BASE2::StoreViewExtents() {
     m_currentView->worldURy = m_worldURy;
     m_currentView->hasWorldExtents = true;
   }
+  m_pageExtents.widenIfFlat();
+  m_svgExtents.widenIfFlat();
   m_currentView->pageExtents = m_pageExtents;
   m_currentView->svgExtents = m_svgExtents;
 }

@@ -157,19 +157,36 @@ TEST_F(ViewListTest, SameNameDefinesOneEntryAndSwitchingBackKeepsItsPrimitives) 
   EXPECT_EQ(linesOf(driver.GetViews()[1]), 1u);
 }
 
-TEST_F(ViewListTest, ViewWithoutAreaIsEmptyAndCleanUpEmptiesTheView) {
+TEST_F(ViewListTest, OnlyAViewWithNothingDrawnIsEmpty) {
   TRANS_BASE2 driver;
   driver.ResetFile();
+  driver.DefineView(W("Nothing"), kViewModelSpace);
+  driver.StoreViewExtents();
+  EXPECT_TRUE(driver.GetViews()[0].isEmpty());
+
+  // A level line has no height: it still holds geometry, and its box gets a frame.
   driver.DefineView(W("Flat"), kViewModelSpace);
   driver.DrawLine(W("CONTINUOUS"), true, 0, 0, 0, 50, 0, 1.0, 0.0);
   driver.StoreViewExtents();
-  EXPECT_TRUE(driver.GetViews()[0].isEmpty());  // 50 wide, 0 high
+  const DrvView& flat = driver.GetViews()[1];
+  EXPECT_FALSE(flat.isEmpty());
+  EXPECT_GT(flat.pageExtents.height(), 0.0);
+  EXPECT_DOUBLE_EQ(flat.pageExtents.width(), 50.0);
+
+  // So does a lone point.
+  driver.DefineView(W("Dot"), kViewModelSpace);
+  driver.DrawDot(7, 7);
+  driver.StoreViewExtents();
+  const DrvView& dot = driver.GetViews()[2];
+  EXPECT_FALSE(dot.isEmpty());
+  EXPECT_GT(dot.pageExtents.width(), 0.0);
+  EXPECT_GT(dot.pageExtents.height(), 0.0);
 
   driver.DefineView(W("Plan"), kViewModelSpace);
   driver.SetWorldExtents(-1, -2, 3, 4);
   driver.DrawLine(W("CONTINUOUS"), true, 0, 0, 0, 50, 20, 1.0, 0.0);
   EXPECT_EQ(driver.OutputView(true), 1);
-  const DrvView& plan = driver.GetViews()[1];
+  const DrvView& plan = driver.GetViews()[3];
   EXPECT_FALSE(plan.isEmpty());
   EXPECT_TRUE(plan.hasWorldExtents);
   EXPECT_EQ(plan.worldURy, 4);
@@ -177,8 +194,8 @@ TEST_F(ViewListTest, ViewWithoutAreaIsEmptyAndCleanUpEmptiesTheView) {
   EXPECT_EQ(plan.svgExtents.maxY, 20);
 
   driver.ClearViewState();
-  EXPECT_TRUE(driver.GetViews()[1].layers.empty());
-  EXPECT_TRUE(driver.GetViews()[1].isEmpty());
+  EXPECT_TRUE(driver.GetViews()[3].layers.empty());
+  EXPECT_TRUE(driver.GetViews()[3].isEmpty());
 }
 
 TEST_F(ViewListTest, SelectViewLoadsItsExtents) {

@@ -64,10 +64,8 @@ TEST_F(SvgDocument, KeepingTheFirstNameInOneOutput) {
 TEST_F(SvgDocument, EmptyViewsWriteNothing) {
   SetTraceEnabled(true);
   testing::internal::CaptureStdout();
-  BeginView(L"Model", kViewModelSpace, 0, 0, 0, 100);  // zero width
+  svg().DefineView(OdString(L"Model"), kViewModelSpace);  // nothing drawn
   Layer(L"Walls");
-  svg().SetPageExtents(box_);
-  svg().SetSvgExtents(box_);
   EXPECT_EQ(svg().OutputView(false), 1);
   std::string said = testing::internal::GetCapturedStdout();
   EXPECT_NE(said.find("Empty View: ModelSpace"), std::string::npos) << said;
