@@ -162,4 +162,36 @@ TEST(VectorOutput, DegenerateGeometryLeavesTheRestOfTheDrawing) {
   }
 }
 
+// Drawings with something to see write a file: header extents that are one point, never set or not
+// numbers are replaced by what the drawing draws; a drawing of one point is framed around it.
+TEST(VectorOutput, DrawingsWithUnusableHeaderExtentsOrOnlyAPointWriteAFile) {
+  const std::string line =
+      Tags({{0, "LINE"}, {8, "WALLS"}, {10, "0"}, {20, "0"}, {30, "0"}, {11, "100"}, {21, "60"}, {31, "0"}});
+  const std::string point = Tags({{0, "POINT"}, {8, "SURVEY"}, {10, "2600000"}, {20, "1200000"}, {30, "0"}});
+  struct Case {
+    const char* what;
+    std::string extMin, extMax, entities, layer;
+  };
+  const Case cases[] = {
+      {"one point", "5", "5", line, "layer_WALLS"},
+      {"never set", "1e20", "-1e20", line, "layer_WALLS"},
+      {"not numbers", "nan", "nan", line, "layer_WALLS"},
+      {"only a point", "2600000", "2600000", point, "layer_SURVEY"},
+  };
+  for (const Case& c : cases) {
+    ScratchDirectory dir;
+    std::string dxf = Tags({{0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1009"}, {9, "$EXTMIN"},
+                            {10, c.extMin}, {20, c.extMin}, {30, "0"}, {9, "$EXTMAX"}, {10, c.extMax},
+                            {20, c.extMax}, {30, "0"}, {0, "ENDSEC"}, {0, "SECTION"}, {2, "ENTITIES"}});
+    dxf += c.entities + Tags({{0, "ENDSEC"}, {0, "EOF"}});
+    WriteFile(dir.path() / "in.dxf", dxf);
+    const ProgramRun run = RunDm2020("in.dxf out.svg -Q -B=-1", dir.path());
+    EXPECT_EQ(run.status, 0) << c.what;
+    ASSERT_TRUE(SvgFiles(dir.path()).count("out.svg")) << c.what << run.out;
+    const std::string svg = ReadWholeFile(dir.path() / "out.svg");
+    EXPECT_NE(svg.find(c.layer), std::string::npos) << c.what;
+    EXPECT_EQ(svg.find("viewBox=\"0 0 0 "), std::string::npos) << c.what;
+  }
+}
+
 }  // namespace
