@@ -11,6 +11,11 @@ namespace {
 // Points closer than this in every coordinate are one point: keeps tessellations small.
 constexpr double kDuplicateDistance = 0.1;
 
+bool Near(const OdGePoint3d& a, const OdGePoint3d& b) {
+  return std::fabs(a.x - b.x) < kDuplicateDistance && std::fabs(a.y - b.y) < kDuplicateDistance &&
+         std::fabs(a.z - b.z) < kDuplicateDistance;
+}
+
 std::vector<OdGePoint2d> DistinctPoints(int32_t numPoints, const OdGePoint3d* points) {
   std::vector<OdGePoint2d> taken;
   taken.reserve(size_t(numPoints));
@@ -18,13 +23,14 @@ std::vector<OdGePoint2d> DistinctPoints(int32_t numPoints, const OdGePoint3d* po
   OdGePoint3d last = points[0];
   for (int32_t i = 1; i < numPoints; ++i) {
     const OdGePoint3d& p = points[i];
-    if (std::fabs(p.x - last.x) < kDuplicateDistance && std::fabs(p.y - last.y) < kDuplicateDistance &&
-        std::fabs(p.z - last.z) < kDuplicateDistance) {
-      continue;
-    }
+    if (Near(p, last)) continue;
     taken.push_back(p.to2d());
     last = p;
   }
+  // The list always ends where the line ends, so that the next line meets it without a gap: a
+  // last point that was thinned away replaces the last one kept.
+  const OdGePoint3d& end = points[numPoints - 1];
+  if (taken.size() > 1 && !(last == end)) taken.back() = end.to2d();
   return taken;
 }
 

@@ -1,5 +1,5 @@
-// Converts every DXF of the corpus to SVG, once with the default view and once with every view
-// ("-ALL"), and checks what a user would: no crash or hang, every written SVG is well-formed XML,
+// Converts every DXF and DWG of the corpus to SVG, once with the default view on the light palette
+// ("-B=-1": colour 7 black on a white page) and once with every view ("-ALL"), and checks what a user would: no crash or hang, every written SVG is well-formed XML,
 // and headless Chromium draws ink for every SVG that holds drawing elements.
 //   node corpus_svg_check.js <dm2020> <corpus directory> <output directory>
 // Exits 77 (skipped) when Chromium or the corpus is missing.
@@ -29,7 +29,7 @@ function findDrawings(dir, out = []) {
   for (const entry of fs.readdirSync(dir, { withFileTypes: true })) {
     const full = path.join(dir, entry.name);
     if (entry.isDirectory()) findDrawings(full, out);
-    else if (/\.dxf$/i.test(entry.name)) out.push(full);
+    else if (/\.(dxf|dwg)$/i.test(entry.name)) out.push(full);
   }
   return out.sort();
 }
@@ -50,7 +50,6 @@ const NOTHING_TO_DRAW = {
   'dxf/integration/r2000_blocks_with_no_names.dxf': 'no entities in model or paper space',
   'dwg/2000/PolyLine2D.dxf': 'model space is empty; the layouts hold only their viewports',
   'dwg/r2.10/block.dxf': 'only a block definition, never inserted',
-  'dxf/integration/MODEL.dxf': 'a single point: no extent',
   'dxf/circle_radius_le_0.dxf': 'only circles of zero or negative radius',
   'dwg/2007/ConstructionLine.dxf': 'construction lines are not drawn',
   'dwg/2007/RAY.dxf': 'rays are not drawn',
@@ -70,7 +69,7 @@ function convert(drawing, index, mode) {
   fs.rmSync(dir, { recursive: true, force: true });
   fs.mkdirSync(dir, { recursive: true });
   const args = [drawing, path.join(dir, 'out.svg'), '-Q'];
-  if (mode === 'all') args.push('-ALL');
+  args.push(mode === 'all' ? '-ALL' : '-B=-1');
   const run = spawnSync(dm2020, args, { cwd: dir, timeout: TIMEOUT_MS, encoding: 'latin1' });
   const name = `${path.relative(path.resolve(corpusDir), drawing)} (${mode})`;
   if (run.error || run.signal) {

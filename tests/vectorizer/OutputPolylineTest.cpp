@@ -33,6 +33,11 @@ TEST_F(OutputPolylineTest, PointsWithinATenthOfTheLastTakenAreDropped) {
   Output({{0, 0, 0}, {0.05, 0.05, 0}, {1, 0, 0}, {1.09, 0, 0.09}, {2, 0, 0}});
   ASSERT_EQ(driver.Polylines().size(), 1u);
   EXPECT_EQ(driver.Polylines()[0].points, (std::vector<OdGePoint2d>{{0, 0}, {1, 0}, {2, 0}}));
+
+  // A list still ends at its own end, where the next line starts.
+  Output({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2.06, 0.04, 0}});
+  ASSERT_EQ(driver.Polylines().size(), 2u);
+  EXPECT_EQ(driver.Polylines()[1].points, (std::vector<OdGePoint2d>{{0, 0}, {1, 0}, {2.06, 0.04}}));
 }
 
 TEST_F(OutputPolylineTest, ListsThatCollapseToOnePointAreDotsUnlessArcsHandleThem) {
