@@ -4,23 +4,12 @@
 #include <string>
 
 #include "converter/CDm2017.h"
+#include "converter/ModelExtents.h"
 #include "projects/common/CommonRoutines.h"
 
 namespace {
 
 bool BlockIsEmpty(const OdDbBlockTableRecord* block) { return block == nullptr || block->entities.empty(); }
-
-// Model extents from the header, or from the limits when the header has none.
-void ModelExtents(const OdDbDatabase& db, OdGePoint3d& low, OdGePoint3d& high) {
-  const DatabaseHeader& header = db.header();
-  if (header.extMin.x <= header.extMax.x && header.extMin.y <= header.extMax.y) {
-    low = header.extMin;
-    high = header.extMax;
-    return;
-  }
-  low = OdGePoint3d(header.limMin.x, header.limMin.y, 0.0);
-  high = OdGePoint3d(header.limMax.x, header.limMax.y, 0.0);
-}
 
 }  // namespace
 

@@ -1,11 +1,11 @@
 // The "Set View" step: the layout helper for model space (the whole drawing, the last saved view or
 // a named view) or for a paper-space layout, its zoom, and the size of the view's output.
 #include <algorithm>
-#include <cmath>
 #include <string>
 
 #include "converter/CDm2017.h"
 #include "converter/DrawingUnits.h"
+#include "converter/ModelExtents.h"
 #include "converter/VectorizationObjects.h"
 #include "kit/base/OdError.h"
 #include "kit/gs/GeomExtents.h"
@@ -16,18 +16,6 @@ namespace {
 
 constexpr int kInputDwf = 1000;
 constexpr double kExtentsLimit = 1e101;
-
-// Header extents count unless they were never set (at or beyond 1e20, or the reader's empty box
-// with its minimum above its maximum), are not numbers, or shrink to one point: programs that do not
-// keep them up to date write the same point twice, and fitting the view to it shows nothing.
-bool HeaderExtentsValid(const OdGePoint3d& low, const OdGePoint3d& high) {
-  constexpr double kNeverSet = 1e20;
-  for (double v : {low.x, low.y, high.x, high.y}) {
-    if (!(std::fabs(v) < kNeverSet)) return false;
-  }
-  if (!(low.x <= high.x && low.y <= high.y)) return false;
-  return high.x > low.x || high.y > low.y;
-}
 
 // Looks at `center` from straight above with the given field.
 void ShowPlan(OdGsView& view, const OdGePoint3d& center, double fieldWidth, double fieldHeight) {

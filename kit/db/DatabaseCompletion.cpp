@@ -30,6 +30,9 @@ void ensureStandardRecords(OdDbDatabase& db) {
   db.blockNamed("*Paper_Space");
   for (LayerRecord* layer : db.layers()) {
     if (!layer->linetype) layer->linetype = continuous;
+    // A layer cannot take its colour from a layer or a block: some programs write 256 or 0 there,
+    // which AutoCAD shows as white (7).
+    if (layer->color.isByLayer() || layer->color.isByBlock()) layer->color = OdCmEntityColor::fromACI(7);
   }
   for (TextStyleRecord* style : db.textStyles()) {
     if (style->implicitlyCreated && style->fontFile.empty()) style->fontFile = "txt";

@@ -105,12 +105,13 @@ std::vector<const ViewportEntity*> viewportsOf(const BlockRecord& block) {
 }
 
 // The layout's own viewport: number 1; layouts saved while not current may number all their
-// viewports 0, and then the first (created with the layout) is it.
+// viewports 0, and then the first (created with the layout) is it. A layout whose only viewports
+// show the model (one made for an empty layout, say) has none.
 const ViewportEntity* overallViewport(const std::vector<const ViewportEntity*>& viewports) {
   for (const ViewportEntity* vp : viewports) {
     if (vp->number == 1) return vp;
   }
-  return viewports.empty() ? nullptr : viewports.front();
+  return viewports.empty() || viewports.front()->number > 1 ? nullptr : viewports.front();
 }
 
 bool contains(const OdGeExtents3d& outer, const OdGeExtents3d& inner) {
