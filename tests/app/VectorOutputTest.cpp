@@ -194,4 +194,20 @@ TEST(VectorOutput, DrawingsWithUnusableHeaderExtentsOrOnlyAPointWriteAFile) {
   }
 }
 
+// An empty layout gets a viewport onto the model: its file shows the model's lines.
+TEST(VectorOutput, AnEmptyLayoutShowsTheModel) {
+  ScratchDirectory dir;
+  const std::string make =
+      "cd '" + dir.path().string() +
+      "' && /usr/bin/python3 -c \"import ezdxf; d = ezdxf.new('R2010'); m = d.modelspace(); "
+      "m.add_line((0, 0), (100, 50), dxfattribs={'layer': 'WALLS'}); d.layouts.new('Empty'); "
+      "d.saveas('plan.dxf')\" 2>/dev/null";
+  if (std::system(make.c_str()) != 0) GTEST_SKIP() << "python3-ezdxf is not installed";
+  const ProgramRun run = RunDm2020("plan.dxf out.svg -Q -ALL", dir.path());
+  EXPECT_EQ(run.status, 0);
+  const std::set<std::string> files = SvgFiles(dir.path());
+  ASSERT_TRUE(files.count("out__Layout02.svg")) << run.out;
+  EXPECT_NE(ReadWholeFile(dir.path() / "out__Layout02.svg").find("layer_WALLS"), std::string::npos);
+}
+
 }  // namespace
