@@ -7,7 +7,8 @@
 // Programs that do not keep the header extents up to date write the same point twice, and fitting
 // a view to that point shows nothing.
 bool HeaderExtentsValid(const OdGePoint3d& low, const OdGePoint3d& high) {
-  constexpr double kNeverSet = 1e20;
+  // AutoCAD marks extents never set with 1e20; anything past 1e15 is as unusable.
+  constexpr double kNeverSet = 1e15;
   for (double v : {low.x, low.y, high.x, high.y}) {
     if (!(std::fabs(v) < kNeverSet)) return false;
   }

@@ -4,7 +4,7 @@
 
 #include "kit/db/OdDbDatabase.h"
 
-// False for header extents never set (at or beyond 1e20, or minimum above maximum), not numbers,
+// False for header extents never set (at or beyond 1e15, or minimum above maximum), not numbers,
 // or shrunk to one point.
 bool HeaderExtentsValid(const OdGePoint3d& low, const OdGePoint3d& high);
 

@@ -55,10 +55,11 @@ public:
   void polygonOut(int32_t numPoints, const OdGePoint3d* vertexList) override { addAll(numPoints, vertexList); }
 
 private:
-  // Points past 1e100 come from damaged data (a scale of 1e300, say): they would shrink the rest of
-  // the drawing to nothing, so they do not count.
+  // Points past 1e15 come from damaged data (a scale of 1e300, a stray coordinate): no real
+  // drawing reaches that far (the Earth is 4e10 mm round), and counting them would shrink the rest
+  // of the drawing to a speck.
   void add(const OdGePoint3d& p) {
-    constexpr double kFarAway = 1e100;
+    constexpr double kFarAway = 1e15;
     if (std::fabs(p.x) <= kFarAway && std::fabs(p.y) <= kFarAway && std::fabs(p.z) <= kFarAway) box.addPoint(p);
   }
   void addAll(int32_t n, const OdGePoint3d* points) {

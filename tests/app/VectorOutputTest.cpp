@@ -163,11 +163,13 @@ TEST(VectorOutput, DegenerateGeometryLeavesTheRestOfTheDrawing) {
 }
 
 // Drawings with something to see write a file: header extents that are one point, never set or not
-// numbers are replaced by what the drawing draws; a drawing of one point is framed around it.
+// numbers are replaced by what the drawing draws, leaving out points no real drawing reaches; a
+// drawing of one point is framed around it.
 TEST(VectorOutput, DrawingsWithUnusableHeaderExtentsOrOnlyAPointWriteAFile) {
   const std::string line =
       Tags({{0, "LINE"}, {8, "WALLS"}, {10, "0"}, {20, "0"}, {30, "0"}, {11, "100"}, {21, "60"}, {31, "0"}});
   const std::string point = Tags({{0, "POINT"}, {8, "SURVEY"}, {10, "2600000"}, {20, "1200000"}, {30, "0"}});
+  const std::string stray = Tags({{0, "POINT"}, {8, "STRAY"}, {10, "3e16"}, {20, "1e16"}, {30, "0"}});
   struct Case {
     const char* what;
     std::string extMin, extMax, entities, layer;
@@ -177,6 +179,7 @@ TEST(VectorOutput, DrawingsWithUnusableHeaderExtentsOrOnlyAPointWriteAFile) {
       {"never set", "1e20", "-1e20", line, "layer_WALLS"},
       {"not numbers", "nan", "nan", line, "layer_WALLS"},
       {"only a point", "2600000", "2600000", point, "layer_SURVEY"},
+      {"a stray point only damage makes", "1e20", "-1e20", line + stray, "layer_WALLS"},
   };
   for (const Case& c : cases) {
     ScratchDirectory dir;
@@ -191,6 +194,8 @@ TEST(VectorOutput, DrawingsWithUnusableHeaderExtentsOrOnlyAPointWriteAFile) {
     const std::string svg = ReadWholeFile(dir.path() / "out.svg");
     EXPECT_NE(svg.find(c.layer), std::string::npos) << c.what;
     EXPECT_EQ(svg.find("viewBox=\"0 0 0 "), std::string::npos) << c.what;
+    // The view is fitted to the drawing, not to what only damage puts far away.
+    EXPECT_EQ(svg.find("layer_STRAY"), std::string::npos) << c.what;
   }
 }
 
