@@ -14,6 +14,7 @@
 #include <rapidjson/document.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <set>
