@@ -132,7 +132,7 @@ void readCommonHandles(DwgStreams& s, DwgObjectFrame& f, bool isEntity) {
     f.previous = s.handle();
     f.next = s.handle();
   }
-  if (f.colorFromBook) s.handle();
+  if (f.colorFromBook) f.bookColour = s.handle();
   if (s.atLeast(kDwgR2000)) {
     f.layer = s.handle();
     if (f.linetypeFlags == 3) f.linetype = s.handle();

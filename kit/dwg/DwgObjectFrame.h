@@ -61,6 +61,7 @@ struct DwgObjectFrame {
   OdDbHandle plotStyle;
   OdDbHandle material;
   OdDbHandle visualStyle;
+  OdDbHandle bookColour;  // the DBCOLOR of a colour-book colour
 };
 
 // Where an object's bytes are and what the map entry promised.
