@@ -46,8 +46,15 @@ install_browser_test_modules() {
   (cd tests/browser && npm ci --no-audit --no-fund >/dev/null)
 }
 
+# LibreDWG compiled to WebAssembly (tests/tools/libredwg): the DWG reader's tests compare our
+# entity counts with an outside reader's. A test dependency only; the product never loads it.
+install_dwg_reference_modules() {
+  (cd tests/tools/libredwg && npm ci --no-audit --no-fund >/dev/null)
+}
+
 install_packages
 install_browser_test_modules
+install_dwg_reference_modules
 build
 case "$action" in
   build) ;;

@@ -18,7 +18,8 @@ void readDwgBlockHeader(DwgObjectContext& c) {
   if (isOverlay) flags |= BlockRecord::kOverlay;
   if (xrefDependent) flags |= BlockRecord::kXrefDependentBlock;
   if (c.atLeast(kDwgR2000)) d.B();  // xref loaded
-  int32_t ownedCount = c.atLeast(kDwgR2004) ? d.BL() : 0;
+  // External blocks own no entities and, from R2004, carry no count of them.
+  int32_t ownedCount = c.atLeast(kDwgR2004) && !isXref && !isOverlay ? d.BL() : 0;
   r->basePoint = d.point3BD();
   r->xrefPath = c.s.text();
   uint32_t insertCount = 0;

@@ -120,6 +120,7 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
       {"SORTENTSTABLE", object(readDwgSortEntsTable)},
       {"SPATIAL_FILTER", object(readDwgSpatialFilter)},
       {"XRECORD", object(readDwgXRecord)},
+      {"DBCOLOR", object(readDwgBookColour)},
       {"PDFDEFINITION", object([](DwgObjectContext& c) { readDwgUnderlayDefinition(c, UnderlayDefinitionObject::Format::kPdf); })},
       {"DWFDEFINITION", object([](DwgObjectContext& c) { readDwgUnderlayDefinition(c, UnderlayDefinitionObject::Format::kDwf); })},
       {"DGNDEFINITION", object([](DwgObjectContext& c) { readDwgUnderlayDefinition(c, UnderlayDefinitionObject::Format::kDgn); })},

@@ -59,6 +59,7 @@ void readAttributeData(DwgObjectContext& c, AttributeData& a, TextData& t) {
   if (c.atLeast(kDwgR2018)) kind = d.RC();
   if (kind == 2 || kind == 4) {
     a.multiline = std::make_unique<MTextData>();
+    skipDwgEmbeddedEntityCommon(c.s);
     OdDbHandle style;
     readMTextData(c, *a.multiline, &style);
     int annotationBytes = d.BS();
@@ -108,7 +109,8 @@ void readMTextData(DwgObjectContext& c, MTextData& m, OdDbHandle* styleHandle) {
       m.backgroundTransparency = OdCmTransparency::fromRaw(uint32_t(d.BL()));
     }
   }
-  if (c.atLeast(kDwgR2018) && !d.B()) {
+  // R2018: a set bit says the text is not annotative and its own values follow (columns).
+  if (c.atLeast(kDwgR2018) && d.B()) {
     d.BS();  // version
     d.B();   // default flag
     c.s.handle();

@@ -136,6 +136,8 @@ public:
   DwgVertexStore vertices_;
   std::unordered_map<const DbObject*, DwgOwnedObjects> owned_;
   std::unordered_map<BlockRecord*, OdDbHandle> blockOfBeginEntity_;
+  // Colours of the DBCOLOR objects read so far, by handle.
+  std::unordered_map<uint64_t, OdCmEntityColor> bookColours_;
   std::vector<DwgMapEntry> map_;
   std::vector<DwgObjectState> states_;
   DwgHeaderHandles headerHandles_;

@@ -37,6 +37,11 @@ void DwgObjectContext::applyEntityCommon(Entity& e) {
     default: e.linetype = linetype(h.linetypeByLayer); break;
   }
   e.color = frame.color;
+  if (!frame.bookColour.isNull()) {
+    loader.objectFor(frame.bookColour);
+    auto book = loader.bookColours_.find(frame.bookColour.value());
+    if (book != loader.bookColours_.end()) e.color = book->second;
+  }
   e.transparency = frame.transparency;
   e.linetypeScale = frame.linetypeScale;
   e.lineweight = frame.lineweight;

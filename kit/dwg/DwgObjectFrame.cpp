@@ -57,6 +57,9 @@ void splitDwgStreams(DwgStreams& s, const uint8_t* data, size_t sizeBytes, size_
 
 namespace {
 
+// R2004+: a colour number whose high byte holds flags; then either a reference to a colour-book
+// colour (0x4000, no RGB here: the handle comes with the common references, the names in the
+// strings when 0x0100 / 0x0200 are set too) or the RGB (0x8000); then the transparency (0x2000).
 void readEntityColor(DwgStreams& s, DwgObjectFrame& f) {
   DwgBitReader& d = s.data;
   if (s.before(kDwgR2004)) {
@@ -64,18 +67,18 @@ void readEntityColor(DwgStreams& s, DwgObjectFrame& f) {
     return;
   }
   uint16_t number = uint16_t(d.BS());
-  uint16_t flags = number & 0xFF00;
-  int index = number & 0x00FF;
-  if (flags & 0x8000) {
+  f.color = OdCmEntityColor::fromACI(number & 0x1FF);
+  if (number & 0x4000) {
+    f.colorFromBook = true;
+    f.color = OdCmEntityColor::fromACI(number & 0xFF);  // the book's colour lives in a DBCOLOR object
+    if (number & 0x0100) s.text();                      // colour name
+    if (number & 0x0200) s.text();                      // book name
+  } else if (number & 0x8000) {
     uint32_t packed = uint32_t(d.BL());
     if ((packed >> 24) >= OdCmEntityColor::kByLayer) f.color = OdCmEntityColor::fromPacked(packed);
     else f.color = OdCmEntityColor::fromPackedRGB(packed);
-  } else {
-    f.color = OdCmEntityColor::fromACI(number & 0x1FF);
   }
-  (void)index;
-  if (flags & 0x4000) f.colorFromBook = true;
-  if (flags & 0x2000) {
+  if (number & 0x2000) {
     uint32_t raw = uint32_t(d.BL());
     uint8_t method = uint8_t(raw >> 24);
     if (method == 1) f.transparency = OdCmTransparency::fromRaw(uint32_t(OdCmTransparency::kByBlock) << 24);
@@ -101,7 +104,7 @@ void readEntityData(DwgStreams& s, DwgObjectFrame& f) {
   }
   if (s.atLeast(kDwgR2007)) {
     f.materialFlags = d.BB();
-    d.RC();  // shadow flags
+    f.shadowFlags = d.RC();
   }
   if (s.atLeast(kDwgR2010)) {
     f.fullVisualStyle = d.B();
@@ -129,12 +132,13 @@ void readCommonHandles(DwgStreams& s, DwgObjectFrame& f, bool isEntity) {
     f.previous = s.handle();
     f.next = s.handle();
   }
-  if (f.colorFromBook) s.handle();
+  if (f.colorFromBook) f.bookColour = s.handle();
   if (s.atLeast(kDwgR2000)) {
     f.layer = s.handle();
     if (f.linetypeFlags == 3) f.linetype = s.handle();
   }
   if (s.atLeast(kDwgR2007) && f.materialFlags == 3) f.material = s.handle();
+  if (s.atLeast(kDwgR2007) && f.shadowFlags == 3) s.handle();  // shadow settings
   if (s.atLeast(kDwgR2000) && f.plotStyleFlags == 3) f.plotStyle = s.handle();
   if (s.atLeast(kDwgR2010)) {
     if (f.fullVisualStyle) f.visualStyle = s.handle();
@@ -175,6 +179,12 @@ DwgFrameResult openDwgObject(const DwgObjectLocation& where, DwgStreams& s, DwgO
     splitDwgStreams(s, data, size, uint32_t(s.data.RL()));
   }
   return DwgFrameResult::kOk;
+}
+
+void skipDwgEmbeddedEntityCommon(DwgStreams& s) {
+  DwgObjectFrame embedded;
+  readEntityData(s, embedded);
+  readCommonHandles(s, embedded, true);
 }
 
 void readDwgObjectCommon(DwgStreams& s, DwgObjectFrame& f, bool isEntity) {

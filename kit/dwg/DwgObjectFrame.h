@@ -41,6 +41,7 @@ struct DwgObjectFrame {
   uint8_t linetypeFlags = 0;  // 0 by layer, 1 by block, 2 continuous, 3 handle given
   uint8_t plotStyleFlags = 0;
   uint8_t materialFlags = 0;
+  uint8_t shadowFlags = 0;  // 3: a shadow handle follows the material's
   bool fullVisualStyle = false;
   bool faceVisualStyle = false;
   bool edgeVisualStyle = false;
@@ -60,6 +61,7 @@ struct DwgObjectFrame {
   OdDbHandle plotStyle;
   OdDbHandle material;
   OdDbHandle visualStyle;
+  OdDbHandle bookColour;  // the DBCOLOR of a colour-book colour
 };
 
 // Where an object's bytes are and what the map entry promised.
@@ -75,6 +77,9 @@ enum class DwgFrameResult { kOk, kOutside, kTooLarge };
 // entity. `crcOk` tells whether the object's check sum matched.
 DwgFrameResult openDwgObject(const DwgObjectLocation& where, DwgStreams& s, DwgObjectFrame& frame, bool& crcOk);
 void readDwgObjectCommon(DwgStreams& s, DwgObjectFrame& frame, bool isEntity);
+// An entity kept inside another (the text of R2018 multi-line attributes) repeats the common
+// entity part from the entity mode on, with its references; the outer entity's values win.
+void skipDwgEmbeddedEntityCommon(DwgStreams& s);
 
 // Splits the bits of an object (or of a section from R2007) at `handleStart`: handles after it,
 // values before it and, from R2007, the strings at the end of the values.

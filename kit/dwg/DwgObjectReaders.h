@@ -17,3 +17,4 @@ void readDwgSortEntsTable(DwgObjectContext& c);
 void readDwgSpatialFilter(DwgObjectContext& c);
 void readDwgUnderlayDefinition(DwgObjectContext& c, UnderlayDefinitionObject::Format format);
 void readDwgXRecord(DwgObjectContext& c);
+void readDwgBookColour(DwgObjectContext& c);

@@ -212,3 +212,11 @@ void readDwgDictionaryVariable(DwgObjectContext& c) {
   o->data.push_back(TaggedValue::ofInteger(280, c.d.RC()));
   o->data.push_back(TaggedValue::ofString(1, c.s.text()));
 }
+
+// DBCOLOR stays the unmodelled object it was; its colour is noted for the entities that use it.
+void readDwgBookColour(DwgObjectContext& c) {
+  DwgStreams probe = c.s;
+  OdCmEntityColor colour = probe.color().color;
+  if (!probe.overrun()) c.loader.bookColours_[c.frame.handle.value()] = colour;
+  readUnknownDwgObject(c, c.loader.classOfType(c.frame.type), false);
+}

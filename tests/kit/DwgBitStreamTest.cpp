@@ -348,6 +348,53 @@ TEST(DwgBitStream, EntityCommonDataByRelease) {
   }
 }
 
+// A colour-book colour (0x4000) has no RGB among the values, only a reference to its DBCOLOR
+// object before the layer's; a shadow flag of 3 adds a reference after the material's. Both
+// shift every later reference when missed (the plot style here, an insert's block elsewhere).
+TEST(DwgBitStream, ColourBookAndShadowReferences) {
+  for (int version : {int(kDwgR2007), int(kDwgR2018)}) {
+    SCOPED_TRACE(version);
+    BitWriter v;
+    v.H(0, 0x677);
+    v.BS(0);                              // no extended data
+    v.bit(false);                         // no graphics
+    v.bits(2, 2);                         // model space: no owner
+    v.BL(0);                              // no reactors
+    v.bit(true);                          // no extension dictionary
+    if (version >= kDwgR2013) v.bit(false);
+    v.BS(int16_t(0xC000 | 0x2000 | 42));  // book colour 42, with transparency
+    v.BL(0x02000080);
+    v.BD(1.0);
+    v.bits(0, 2);                         // linetype by layer
+    v.bits(3, 2);                         // plot style by handle
+    v.bits(0, 2), v.RC(3);                // material by layer, shadow settings by handle
+    if (version >= kDwgR2010) v.bit(false), v.bit(false), v.bit(false);
+    v.BS(0);
+    v.RC(5);
+    BitWriter h;
+    h.H(0x5, 0x154);  // DBCOLOR
+    h.H(0x5, 0x10A);  // layer
+    h.H(0x5, 0x77);   // shadow
+    h.H(0x5, 0xC52);  // plot style
+    const std::vector<uint8_t> bytes = wrapObject(version, 19, v, h);
+
+    DwgStreams s(version, nullptr);
+    DwgObjectFrame frame;
+    bool crcOk = false;
+    std::string_view view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    ASSERT_EQ(openDwgObject({view, 0}, s, frame, crcOk), DwgFrameResult::kOk);
+    readDwgObjectCommon(s, frame, true);
+    EXPECT_FALSE(s.overrun());
+    EXPECT_TRUE(frame.colorFromBook);
+    EXPECT_EQ(frame.color.colorIndex(), 42);
+    EXPECT_EQ(frame.transparency.alpha(), 0x80);
+    EXPECT_EQ(frame.lineweight, dwgLineweightFromIndex(5));
+    EXPECT_EQ(frame.layer.value(), 0x10Au);
+    EXPECT_EQ(frame.plotStyle.value(), 0xC52u);
+    EXPECT_LT(s.handles.bitsLeft(), 8u);
+  }
+}
+
 // From R2007 the header and classes sections begin with their size in bits: values, then the
 // strings, then (header only) the handles, found the way objects find theirs.
 TEST(DwgBitStream, SectionsFromR2007SplitTheirStreams) {

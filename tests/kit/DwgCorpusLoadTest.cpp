@@ -95,3 +95,20 @@ TEST(DwgCorpus, MemoryAndFileReadsAgree) {
   std::string fromBuffer = dumpDatabase(*readDwgBuffer(readBytes(path)), {.loadReport = false});
   EXPECT_EQ(fromFile, fromBuffer);
 }
+
+// Entities coloured from a colour book refer to a DBCOLOR object for their RGB (the number in
+// the entity is only the nearest index); the three stay in place with the references after it.
+TEST(DwgCorpus, ColourBookEntitiesTakeTheBookColour) {
+  OdDbDatabasePtr db = readDwgFile(corpusPath("real/librecad/dynblock_r2018.dwg"));
+  const auto* polyline = dbCast<LwPolylineEntity>(db->find(OdDbHandle(0x153)));
+  ASSERT_TRUE(polyline);
+  EXPECT_TRUE(polyline->color.isByColor());
+  EXPECT_EQ(polyline->color.red(), 0xE2);
+  EXPECT_EQ(polyline->color.green(), 0xB0);
+  EXPECT_EQ(polyline->color.blue(), 0x07);
+  EXPECT_EQ(polyline->layer->name, "MAKEDWG-postR13objects");
+  const auto* insert = dbCast<BlockReferenceEntity>(db->find(OdDbHandle(0x677)));
+  ASSERT_TRUE(insert);
+  ASSERT_TRUE(insert->block);
+  EXPECT_EQ(insert->block->name, "*U7");
+}
