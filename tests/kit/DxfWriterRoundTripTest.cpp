@@ -130,9 +130,7 @@ std::vector<std::string> roundTripFiles() {
   for (const CorpusFile& f : kCorpus) {
     if (std::string(f.counts).rfind("error:", 0) != 0) files.push_back(corpusPath(f.path));
   }
-  // The sample sits in the repository, three folders above this file.
-  std::filesystem::path repository = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
-  files.push_back((repository / "samples/office.dxf").string());
+  files.push_back((std::filesystem::path(DM_SOURCE_DIR) / "samples/office.dxf").string());
   return files;
 }
 
