@@ -50,6 +50,7 @@ void regenViewportFrame(GiRegenContext& ctx, const ViewportEntity& e);
 void regenShape(GiRegenContext& ctx, const ShapeEntity& e);
 void regenMLine(GiRegenContext& ctx, const MLineEntity& e);
 void regenProxyEntity(GiRegenContext& ctx, const ProxyEntity& e);
+void regenModelerGeometry(GiRegenContext& ctx, const ModelerGeometryEntity& e);
 
 // Shared by several families: an arrowhead (a filled triangle) at `tip`, pointing away from `from`.
 void drawArrowhead(GiRegenContext& ctx, const OdGePoint3d& tip, const OdGePoint3d& from, double size,
