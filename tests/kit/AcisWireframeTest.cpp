@@ -369,9 +369,10 @@ TEST(AcisCorpus, ClosedEllipseOfThePlaneSurface) {
 // R13 to R2000 keep SAT text, R2004 to R2010 binary data in the entity, R2013 on binary data in the
 // data storage section; their DXF twins keep text up to R2010 and binary data in ACDSDATA after.
 TEST(AcisCorpus, DwgAndDxfTwinsGiveTheSameEdges) {
-  for (const char* version : {"r13", "r14", "2000", "2004", "2007", "2010", "2013", "2018"}) {
-    SCOPED_TRACE(version);
-    std::string base = std::string("dwg/example_") + version;
+  for (const char* twin : {"example_r13", "example_r14", "example_2000", "example_2004", "example_2007", "example_2010",
+                           "example_2013", "example_2018", "2004/Surface", "2000/TS1"}) {
+    SCOPED_TRACE(twin);
+    std::string base = std::string("dwg/") + twin;
     std::vector<AcisWireframe> dwg = wireframesOf(*readDwgFile(corpusPath(base + ".dwg")));
     std::vector<AcisWireframe> dxf = wireframesOf(*readDxfFile(corpusPath(base + ".dxf")));
     ASSERT_EQ(dwg.size(), dxf.size());

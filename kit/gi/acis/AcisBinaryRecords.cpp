@@ -14,6 +14,7 @@ enum Tag : uint8_t {
   kString1 = 0x07, kString2 = 0x08, kString4 = 0x09, kTrue = 0x0A, kFalse = 0x0B,
   kPointer = 0x0C, kIdent = 0x0D, kIdentPart = 0x0E, kSubtypeStart = 0x0F, kSubtypeEnd = 0x10,
   kRecordEnd = 0x11, kLongString = 0x12, kPosition = 0x13, kVector = 0x14, kEnum = 0x15, kVector2 = 0x16,
+  kLong64 = 0x17,
 };
 
 class SabBytes {
@@ -62,6 +63,7 @@ bool readValue(SabBytes& in, uint8_t tag, std::vector<AcisValue>& out) {
     case kChar: { int8_t v; if (!in.value(v)) return false; out.push_back(number(v)); return true; }
     case kShort: { int16_t v; if (!in.value(v)) return false; out.push_back(number(v)); return true; }
     case kLong: case kEnum: { int32_t v; if (!in.value(v)) return false; out.push_back(number(v)); return true; }
+    case kLong64: { int64_t v; if (!in.value(v)) return false; out.push_back(number(double(v))); return true; }
     case kFloat: { float v; if (!in.value(v)) return false; out.push_back(number(v)); return true; }
     case kDouble: { double v; if (!in.value(v)) return false; out.push_back(number(v)); return true; }
     case kPointer: {

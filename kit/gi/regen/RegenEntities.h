@@ -1,7 +1,7 @@
 // The regeneration of each entity family, called by regenEntity once the entity's traits are set.
 // One file per family: RegenCurves, RegenPolylines, RegenMeshes, RegenSolids, RegenHatch,
 // RegenInserts, RegenText, RegenMText, RegenAnnotations, RegenMLeader, RegenImages, RegenMLine,
-// RegenProxyGraphics.
+// RegenProxyGraphics, RegenModelerGeometry.
 #pragma once
 
 #include "kit/gi/regen/GiRegenContext.h"
