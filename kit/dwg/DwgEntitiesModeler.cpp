@@ -98,6 +98,8 @@ void DwgLoader::attachStoredAcisData() {
     if (e) e->acisBinary.assign(record.bytes);
     else ++orphans;
   }
-  if (orphans) messages.push_back(std::to_string(orphans) + " ACIS data records of the data storage name no modeler entity");
+  if (orphans) {
+    messages.push_back(std::to_string(orphans) + " ACIS data records of the data storage name no modeler entity");
+  }
   for (std::string& m : messages) warn(std::move(m));
 }

@@ -119,9 +119,8 @@ bool readName(SabBytes& in, uint8_t tag, std::string& name) {
 bool readHeader(SabBytes& in, AcisModel& model) {
   const char* magic;
   if (!in.take(kMagics[0].size(), magic)) return false;
-  if (std::string_view(magic, kMagics[0].size()) != kMagics[0] && std::string_view(magic, kMagics[1].size()) != kMagics[1]) {
-    return false;
-  }
+  std::string_view found(magic, kMagics[0].size());
+  if (found != kMagics[0] && found != kMagics[1]) return false;
   int32_t numbers[4];
   for (int32_t& n : numbers) {
     if (!in.value(n)) return false;
