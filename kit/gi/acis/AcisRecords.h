@@ -60,8 +60,8 @@ struct AcisModel {
 bool isAcisEndMarker(std::string_view name);
 
 // Limits that keep damaged data from taking unbounded time or memory.
-constexpr size_t kAcisMaxRecords = 2'000'000;
-constexpr size_t kAcisMaxValues = 20'000'000;
+constexpr size_t kAcisMaxRecords = 1'000'000;
+constexpr size_t kAcisMaxValues = 4'000'000;
 
 // SAT text as stored in a drawing: lines of the entity's groups 1 (and 3 for continued lines),
 // `enciphered` as DXF files and drawings keep them.
