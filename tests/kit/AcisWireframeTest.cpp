@@ -233,6 +233,11 @@ TEST(AcisText, ExactSplinesWholeCutAndReferenced) {
   ASSERT_EQ(cut.edges[0].kind, AcisEdgeShape::Kind::kPolyline);
   EXPECT_TRUE(near(cut.edges[0].points.front(), {0, 0, 0}));
   EXPECT_TRUE(near(cut.edges[0].points.back(), {1.5, 1.5, 0}));
+  // A stored range that misses the vertices: the parameters nearest to them instead.
+  AcisWireframe projected = acisWireframe(readAcisText(replaced(half, "$6 0 $7 0.5 $2", "$6 0 $7 0.9 $2")));
+  ASSERT_EQ(projected.edges.size(), 2u);
+  ASSERT_EQ(projected.edges[0].kind, AcisEdgeShape::Kind::kPolyline);
+  EXPECT_TRUE(near(projected.edges[0].points.back(), {1.5, 1.5, 0}, 1e-2));
 
   // Unreadable spline data: the chord, and the curve's kind named.
   std::string broken = replaced(text, "nubs 3 open 2", "nubs 3 open 99999999");

@@ -97,10 +97,10 @@ void splinePiece(const OdGeNurbCurve3d& curve, bool curveReversed, const AcisEdg
   double span = to - from;
   double a = from, b = to;
   if (!ends.closed) {
-    a = nearestParam(curve, ends.start);
-    b = nearestParam(curve, ends.end);
+    // The stored range, turned into the spline's own parameters, when it lands on the vertices;
+    // otherwise the parameters nearest to the vertices.
+    bool ranged = false;
     if (ends.hasRange) {
-      // The stored range, turned into the spline's own parameters, when it lands on the vertices.
       double s = ends.reversed ? -ends.endParam : ends.startParam;
       double e = ends.reversed ? -ends.startParam : ends.endParam;
       if (curveReversed) {
@@ -108,10 +108,13 @@ void splinePiece(const OdGeNurbCurve3d& curve, bool curveReversed, const AcisEdg
         s = -e;
         e = -t;
       }
-      if (landsOnVertices(curve, s, e, ends)) {
-        a = s;
-        b = e;
-      }
+      ranged = landsOnVertices(curve, s, e, ends);
+      a = s;
+      b = e;
+    }
+    if (!ranged) {
+      a = nearestParam(curve, ends.start);
+      b = nearestParam(curve, ends.end);
     }
     if (a > b) std::swap(a, b);
   }
