@@ -654,6 +654,9 @@ struct ModelerGeometryEntity : EntityOf<DbType::kModelerGeometry> {
   std::string dxfName;
   int16_t modelerVersion = 1;
   TaggedValues data;  // the groups after the common entity data, ACIS text included
+  // Binary ACIS data, where the file keeps the model that way (the data storage of R2013 and later
+  // files, or binary data that did not become text); empty otherwise.
+  std::string acisBinary;
 };
 
 // A subdivision mesh (MESH) at its base level: vertices and faces; the smoothing level and

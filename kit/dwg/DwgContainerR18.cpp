@@ -52,4 +52,12 @@ void readDwgContainerR18(std::string_view bytes, DwgFileSections& sections) {
   if (const DwgSectionInfo* info = findSection(infos, "AcDb:Template")) {
     sections.templateSection = sections.keep(readDwgDataSection(bytes, *info, pages, sections.messages));
   }
+  // Only the modeler data lives there: damage costs the solids, not the drawing.
+  if (const DwgSectionInfo* info = findSection(infos, "AcDb:AcDsPrototype_1b")) {
+    try {
+      sections.dataStorage = sections.keep(readDwgDataSection(bytes, *info, pages, sections.messages));
+    } catch (const DwgFormatError& e) {
+      sections.messages.push_back("the data storage section is unreadable: " + e.message);
+    }
+  }
 }

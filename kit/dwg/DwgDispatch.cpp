@@ -103,6 +103,14 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
       {"IMAGE", entity(readDwgImage)},
       {"HELIX", entity(readDwgHelix)},
       {"MESH", entity(readDwgMesh)},
+      // Surfaces start as solids do, with their ACIS data; what follows (how they were made) is
+      // not kept.
+      {"EXTRUDEDSURFACE", entity([](DwgObjectContext& c) { readDwgModelerGeometry(c, "EXTRUDEDSURFACE"); })},
+      {"LOFTEDSURFACE", entity([](DwgObjectContext& c) { readDwgModelerGeometry(c, "LOFTEDSURFACE"); })},
+      {"REVOLVEDSURFACE", entity([](DwgObjectContext& c) { readDwgModelerGeometry(c, "REVOLVEDSURFACE"); })},
+      {"SWEPTSURFACE", entity([](DwgObjectContext& c) { readDwgModelerGeometry(c, "SWEPTSURFACE"); })},
+      {"PLANESURFACE", entity([](DwgObjectContext& c) { readDwgModelerGeometry(c, "PLANESURFACE"); })},
+      {"NURBSURFACE", entity([](DwgObjectContext& c) { readDwgModelerGeometry(c, "NURBSURFACE"); })},
       {"PDFUNDERLAY", entity([](DwgObjectContext& c) { readDwgUnderlay(c, UnderlayEntity::Format::kPdf); })},
       {"DWFUNDERLAY", entity([](DwgObjectContext& c) { readDwgUnderlay(c, UnderlayEntity::Format::kDwf); })},
       {"DGNUNDERLAY", entity([](DwgObjectContext& c) { readDwgUnderlay(c, UnderlayEntity::Format::kDgn); })},

@@ -5,6 +5,7 @@
 // every record; otherwise those bodies keep only their version. The wire and silhouette data after
 // the ACIS data are not kept.
 #include "kit/dwg/DwgAcisBinary.h"
+#include "kit/dwg/DwgDataStorage.h"
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
 
@@ -51,7 +52,11 @@ void readBinaryAcis(DwgObjectContext& c, ModelerGeometryEntity& e) {
   std::string bytes;
   c.d.rawBytes(c.d.bitsLeft() / 8, bytes);
   std::optional<AcisSatText> sat = acisBinaryToSat(bytes);
-  if (!sat) return;
+  if (!sat) {
+    // Records whose text form is not known here: the binary data is kept as it is.
+    e.acisBinary = std::move(bytes);
+    return;
+  }
   e.modelerVersion = 1;
   e.data.back() = TaggedValue::ofInteger(70, e.modelerVersion);
   e.data.reserve(e.data.size() + sat->lines.size() + 2);
@@ -83,4 +88,18 @@ void readDwgModelerGeometry(DwgObjectContext& c, const char* dxfName) {
     e->data.push_back(TaggedValue::ofString(100, "AcDb3dSolid"));
     e->data.push_back(TaggedValue::ofString(350, c.s.handle().toHex()));
   }
+}
+
+void DwgLoader::attachStoredAcisData() {
+  std::vector<std::string> messages;
+  size_t orphans = 0;  // data of objects no longer in the drawing
+  for (const DwgStoredRecord& record : readDwgAcisRecords(sections_.dataStorage, messages)) {
+    auto* e = db.findAs<ModelerGeometryEntity>(OdDbHandle(record.handle));
+    if (e) e->acisBinary.assign(record.bytes);
+    else ++orphans;
+  }
+  if (orphans) {
+    messages.push_back(std::to_string(orphans) + " ACIS data records of the data storage name no modeler entity");
+  }
+  for (std::string& m : messages) warn(std::move(m));
 }

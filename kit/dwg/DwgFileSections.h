@@ -25,6 +25,8 @@ struct DwgFileSections {
   std::string_view objects;
   // R2007 and later store the template section (MEASUREMENT) on its own; empty when absent.
   std::string_view templateSection;
+  // R2013 and later: the data storage (AcDb:AcDsPrototype_1b), where ACIS data lives; empty when absent.
+  std::string_view dataStorage;
 
   // Problems found in the container that did not stop reading (bad check sums, ...).
   std::vector<std::string> messages;

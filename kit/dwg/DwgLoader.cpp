@@ -221,6 +221,7 @@ void DwgLoader::load() {
   for (std::string& m : mapMessages) warn(std::move(m));
   if (map_.empty()) fail(eInvalidDrawing, "the object map is empty");
   readObjects();
+  attachStoredAcisData();
   finishHeader();
   assemble();
   numberDwgAnonymousBlocks(db, headerHandles_.paperSpaceBlock);

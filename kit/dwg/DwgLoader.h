@@ -152,6 +152,8 @@ private:
   void readTables();
   void readObject(size_t index);
   void readControlObject(OdDbHandle control);
+  // R2013 and later: the ACIS data of the data storage section joins its entities.
+  void attachStoredAcisData();
   void finishHeader();
   void assemble();
   [[noreturn]] void fail(int code, const std::string& message);

@@ -303,8 +303,9 @@ void DxfLoader::readSections() {
     else if (section == "BLOCKS") readBlocksSection();
     else if (section == "ENTITIES") readEntitiesSection();
     else if (section == "OBJECTS") readObjectsSection();
+    else if (section == "ACDSDATA") readDataStorageSection();
     else {
-      // THUMBNAILIMAGE, ACDSDATA and sections of other programs: skipped.
+      // THUMBNAILIMAGE and sections of other programs: skipped.
       bool closed = false;
       while (next()) {
         if (tag.code == 0 && tag.trimmed() == "ENDSEC") {

@@ -116,6 +116,7 @@ public:
   void readBlocksSection();
   void readEntitiesSection();
   void readObjectsSection();
+  void readDataStorageSection();
 
   // Reads the entity whose "0 NAME" tag was just read and adds it to `block` (POLYLINE with its
   // vertices, INSERT with its attributes). Unknown kinds become ProxyEntity.

@@ -62,6 +62,7 @@ void regenEntity(GiRegenContext& ctx, const Entity& entity) {
     case DbType::kUnderlay: regenUnderlay(ctx, static_cast<const UnderlayEntity&>(entity)); break;
     case DbType::kMesh: regenMesh(ctx, static_cast<const MeshEntity&>(entity)); break;
     case DbType::kProxyEntity: regenProxyEntity(ctx, static_cast<const ProxyEntity&>(entity)); break;
+    case DbType::kModelerGeometry: regenModelerGeometry(ctx, static_cast<const ModelerGeometryEntity&>(entity)); break;
     // Modeler geometry (ACIS) carries no graphics this kit can read.
     default: break;
   }

@@ -1,7 +1,7 @@
 // The regeneration of each entity family, called by regenEntity once the entity's traits are set.
 // One file per family: RegenCurves, RegenPolylines, RegenMeshes, RegenSolids, RegenHatch,
 // RegenInserts, RegenText, RegenMText, RegenAnnotations, RegenMLeader, RegenImages, RegenMLine,
-// RegenProxyGraphics.
+// RegenProxyGraphics, RegenModelerGeometry.
 #pragma once
 
 #include "kit/gi/regen/GiRegenContext.h"
@@ -50,6 +50,7 @@ void regenViewportFrame(GiRegenContext& ctx, const ViewportEntity& e);
 void regenShape(GiRegenContext& ctx, const ShapeEntity& e);
 void regenMLine(GiRegenContext& ctx, const MLineEntity& e);
 void regenProxyEntity(GiRegenContext& ctx, const ProxyEntity& e);
+void regenModelerGeometry(GiRegenContext& ctx, const ModelerGeometryEntity& e);
 
 // Shared by several families: an arrowhead (a filled triangle) at `tip`, pointing away from `from`.
 void drawArrowhead(GiRegenContext& ctx, const OdGePoint3d& tip, const OdGePoint3d& from, double size,
