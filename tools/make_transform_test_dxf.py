@@ -3,7 +3,7 @@
 
 transformed_curves.dxf: circles and arcs in block references that do not keep them round or keep
 their direction: a reference scaled (2, 1), a mirrored one, nested references, a clipped
-reference (its clip boundary crossing the circle), and an arc whose extrusion is (0, 0, -1).
+reference (its clip boundary crossing the circle), one whose clip is switched off, and an arc whose extrusion is (0, 0, -1).
 Each case is on a layer of its own, named after it.
 
 raster_images.dxf: images of 40 x 20 pixels named "pic.png" (the test writes the file beside the
@@ -23,15 +23,15 @@ import ezdxf
 OUTPUT = pathlib.Path(__file__).resolve().parent.parent / "tests" / "vectorizer" / "drawings"
 
 
-def clip_filter_tags(handle, owner, boundary, inverse_insert):
+def clip_filter_tags(handle, owner, boundary, inverse_insert, enabled):
     """The SPATIAL_FILTER object of a clipped reference: boundary in world coordinates, no
     front or back clip, the reference's inverse transform (3 x 4, by rows) and an identity clip
-    transform."""
+    transform; `enabled` false is a clip switched off (XCLIP OFF)."""
     tags = ["0", "SPATIAL_FILTER", "5", handle, "330", owner, "100", "AcDbFilter", "100", "AcDbSpatialFilter",
             "70", str(len(boundary))]
     for x, y in boundary:
         tags += ["10", repr(float(x)), "20", repr(float(y))]
-    tags += ["210", "0.0", "220", "0.0", "230", "1.0", "11", "0.0", "21", "0.0", "31", "0.0", "71", "1", "72", "0",
+    tags += ["210", "0.0", "220", "0.0", "230", "1.0", "11", "0.0", "21", "0.0", "31", "0.0", "71", "1" if enabled else "0", "72", "0",
              "73", "0"]
     identity = [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0]
     for value in list(inverse_insert) + identity:
@@ -42,7 +42,7 @@ def clip_filter_tags(handle, owner, boundary, inverse_insert):
 def transformed_curves():
     doc = ezdxf.new("R2000")
     msp = doc.modelspace()
-    for name in ("SCALED", "MIRRORED", "NESTED", "CLIPPED", "EXTRUDED", "PLAIN"):
+    for name in ("SCALED", "MIRRORED", "NESTED", "CLIPPED", "CLIPOFF", "EXTRUDED", "PLAIN"):
         doc.layers.add(name)
 
     circle = doc.blocks.new("CIRC")
@@ -56,27 +56,32 @@ def transformed_curves():
     msp.add_blockref("QUARTER", (100, 0), dxfattribs={"layer": "MIRRORED", "xscale": -1, "yscale": 1})
     msp.add_blockref("NEST", (0, 100), dxfattribs={"layer": "NESTED", "xscale": 1, "yscale": 3, "rotation": 90})
     clipped = msp.add_blockref("CIRC", (0, -100), dxfattribs={"layer": "CLIPPED", "xscale": 2, "yscale": 1})
+    switched_off = msp.add_blockref("CIRC", (100, -100), dxfattribs={"layer": "CLIPOFF"})
     msp.add_arc((-200, 0), 5, 0, 90, dxfattribs={"layer": "EXTRUDED", "extrusion": (0, 0, -1)})
     msp.add_arc((300, 0), 5, 0, 90, dxfattribs={"layer": "PLAIN"})
 
-    # The clip boundary: a placeholder record reserves the filter's handle in the reference's
+    # The clip boundaries: a placeholder record reserves each filter's handle in the reference's
     # ACAD_FILTER dictionary; the written file then has the filter in its place.
-    xdict = clipped.new_extension_dict()
-    filters = xdict.dictionary.add_new_dict("ACAD_FILTER", hard_owned=True)
-    placeholder = doc.objects.add_xrecord(owner=filters.dxf.handle)
-    filters["SPATIAL"] = placeholder
+    filters = []
+    for reference, boundary, inverse_insert, enabled in (
+            # the inverse of translate(0, -100) scale(2, 1)
+            (clipped, [(-6, -108), (8, -108), (8, -92), (-6, -92)], [0.5, 0, 0, 0, 0, 1, 0, 100, 0, 0, 1, 0], True),
+            (switched_off, [(98, -102), (102, -98)], [1, 0, 0, -100, 0, 1, 0, 100, 0, 0, 1, 0], False)):
+        xdict = reference.new_extension_dict()
+        dictionary = xdict.dictionary.add_new_dict("ACAD_FILTER", hard_owned=True)
+        placeholder = doc.objects.add_xrecord(owner=dictionary.dxf.handle)
+        dictionary["SPATIAL"] = placeholder
+        filters.append((placeholder.dxf.handle, dictionary.dxf.handle, boundary, inverse_insert, enabled))
     path = OUTPUT / "transformed_curves.dxf"
     doc.saveas(path)
 
     text = path.read_text()
-    # ezdxf writes group codes right-aligned in three columns.
-    marker = "  0\nXRECORD\n  5\n" + placeholder.dxf.handle + "\n"
-    start = text.index(marker)
-    end = text.index("\n  0\n", start + len(marker)) + 1
-    inverse_insert = [0.5, 0, 0, 0, 0, 1, 0, 100, 0, 0, 1, 0]  # the inverse of translate(0, -100) scale(2, 1)
-    boundary = [(-6, -108), (8, -108), (8, -92), (-6, -92)]
-    text = text[:start] + clip_filter_tags(placeholder.dxf.handle, filters.dxf.handle, boundary,
-                                           inverse_insert) + text[end:]
+    for handle, owner, boundary, inverse_insert, enabled in filters:
+        # ezdxf writes group codes right-aligned in three columns.
+        marker = "  0\nXRECORD\n  5\n" + handle + "\n"
+        start = text.index(marker)
+        end = text.index("\n  0\n", start + len(marker)) + 1
+        text = text[:start] + clip_filter_tags(handle, owner, boundary, inverse_insert, enabled) + text[end:]
     path.write_text(text)
 
 

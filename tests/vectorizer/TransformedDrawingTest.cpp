@@ -93,6 +93,11 @@ std::set<std::pair<long, long>> Thousandths(std::initializer_list<OdGePoint2d> p
   return result;
 }
 
+void ExpectNear(const OdGePoint2d& actual, const OdGePoint2d& expected) {
+  EXPECT_NEAR(actual.x, expected.x, 1e-6);
+  EXPECT_NEAR(actual.y, expected.y, 1e-6);
+}
+
 // How far a point lies off the ellipse centred at c with these semi-axes along x and y.
 double OffEllipse(const OdGePoint2d& p, const OdGePoint2d& c, double a, double b) {
   return std::fabs(std::hypot((p.x - c.x) / a, (p.y - c.y) / b) - 1.0);
@@ -162,6 +167,10 @@ TEST_F(TransformedDrawingTest, ClipBoundaryCutsTheCirclesOfAReference) {
   }
   EXPECT_EQ(onLeftEdge, 2);
   EXPECT_EQ(onRightEdge, 2);
+  // A clip switched off leaves its reference whole: the circle stays one.
+  std::vector<DrvCircle> whole = On(L"CLIPOFF", &DrvColorGroup::circles);
+  ASSERT_EQ(whole.size(), 1u);
+  ExpectNear(World(whole[0].center), {100, -100});
 }
 
 // ---- Raster images ------------------------------------------------------------------------------
@@ -188,11 +197,6 @@ protected:
     return images.empty() ? DrvImage() : images[0];
   }
 };
-
-void ExpectNear(const OdGePoint2d& actual, const OdGePoint2d& expected) {
-  EXPECT_NEAR(actual.x, expected.x, 1e-6);
-  EXPECT_NEAR(actual.y, expected.y, 1e-6);
-}
 
 TEST_F(RasterDrawingTest, TurnedAndMirroredImagesPutTheirCornersWhereTheirVectorsSay) {
   struct Case {
