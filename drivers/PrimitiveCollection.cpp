@@ -415,7 +415,7 @@ int TRANS_BASE2::AddRoomLabel(const std::string& labelText, double x, double y) 
 
 int TRANS_BASE2::DrawEmbeddedImage(const OdString& fileName, std::int64_t pixelWidth, std::int64_t pixelHeight,
                                    const std::vector<OdGePoint2d>& clipPoints, int mode, double minX, double minY,
-                                   double maxX, double maxY, double rotation) {
+                                   double maxX, double maxY, double rotation, bool mirrored) {
   try {
     if (!finite(minX, minY, maxX, maxY) || !std::isfinite(rotation)) return 0;
     for (const auto& p : clipPoints)
@@ -433,6 +433,7 @@ int TRANS_BASE2::DrawEmbeddedImage(const OdString& fileName, std::int64_t pixelW
     image.maxX = maxX * m_unitScale;
     image.maxY = maxY * m_unitScale;
     image.rotation = rotation;
+    image.mirrored = mirrored;
     image.colorIndex = m_currentColor;
     ExtendExtents(image.minX, image.minY);
     ExtendExtents(image.maxX, image.maxY);

@@ -137,7 +137,8 @@ struct DrvImage {
   double minY = 0.0;
   double maxX = 0.0;
   double maxY = 0.0;
-  double rotation = 0.0;          // degrees
+  double rotation = 0.0;          // degrees, about (minX, minY)
+  bool mirrored = false;          // flipped across the bottom edge before the rotation
   int colorIndex = 7;
 };
 
@@ -508,7 +509,7 @@ public:
   int AddRoomLabel(const std::string& labelText, double x, double y);
   int DrawEmbeddedImage(const OdString& fileName, std::int64_t pixelWidth, std::int64_t pixelHeight,
                         const std::vector<OdGePoint2d>& clipPoints, int mode, double minX, double minY,
-                        double maxX, double maxY, double rotation = 0.0);
+                        double maxX, double maxY, double rotation = 0.0, bool mirrored = false);
   // Complete a prepared record (width flag, line type, width, line weight, current colour) and
   // append it to the current colour group (and the current link entry).
   void AddLine(DrvLine& record, const OdString& lineTypeName, double width, int lineWeight, bool absolute);

@@ -69,6 +69,8 @@ void ApplyRasterRules(const EntityRuleInput& input, const Entity& entity) {
   const auto* image = dbCast<RasterImageEntity>(&entity);
   TRANS_BASE2* driver = g_pOutputDriver;
   if (!image || !input.database || !driver) return;
+  // A hidden image draws nothing: its file is not wanted.
+  if (!(image->displayFlags & RasterImageData::kShow)) return;
   const auto* definition = input.database->findAs<RasterImageDefObject>(image->imageDefinition);
   if (!definition || definition->fileName.empty()) return;
   TraceMessage("imageFileName", definition->fileName);

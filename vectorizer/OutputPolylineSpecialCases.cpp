@@ -1,5 +1,6 @@
 // Point lists that are something else: the frame of a raster image, a tessellated circle that
 // can be drawn as one, and the filled rectangle behind a text that must take the page colour.
+#include <algorithm>
 #include <cmath>
 
 #include "drivers/TRANS_BASE2.h"
@@ -14,6 +15,25 @@ namespace {
 constexpr int32_t kMinCirclePoints = 21;
 // The SVG writer draws line weights at three quarters of the PDF writer's width.
 constexpr double kSvgWidthFactor = 0.75;
+// How far (relative to the radius) a point may stray from the fitted circle: tessellated circles
+// lie on it, ellipses made by a non-uniform scale do not.
+constexpr double kRoundnessTolerance = 1e-3;
+
+// The points go all the way round the circle: a clipped piece or an arc leaves a gap between its
+// last and first points wider than its steps.
+bool IsWholeRoundCircle(int32_t numPoints, const OdGePoint3d* points, const OdGePoint3d& center, double r) {
+  double largestStep = 0.0;
+  for (int32_t i = 0; i < numPoints; ++i) {
+    double distance = std::hypot(points[i].x - center.x, points[i].y - center.y);
+    if (!(std::fabs(distance - r) <= kRoundnessTolerance * r)) return false;
+    if (i > 0) {
+      largestStep = std::max(largestStep, std::hypot(points[i].x - points[i - 1].x, points[i].y - points[i - 1].y));
+    }
+  }
+  const OdGePoint3d& first = points[0];
+  const OdGePoint3d& last = points[numPoints - 1];
+  return std::hypot(last.x - first.x, last.y - first.y) <= 1.5 * largestStep;
+}
 
 }  // namespace
 
@@ -43,6 +63,7 @@ bool DrawDetectedCircle(TRANS_BASE2& driver, int32_t numPoints, const OdGePoint3
   OdGePoint3d a(points[0].x, points[0].y), b(points[numPoints / 3].x, points[numPoints / 3].y),
       c(points[2 * numPoints / 3].x, points[2 * numPoints / 3].y);
   if (!circleThroughPoints(a, b, c, center, r, normal) || !(r > 0.0)) return false;
+  if (!IsWholeRoundCircle(numPoints, points, center, r)) return false;
   // The entity's width is in drawing units; the points are in output units.
   double scale = s.circleRadius > 0.0 ? r / s.circleRadius : 1.0;
   double w = s.lineWidth;

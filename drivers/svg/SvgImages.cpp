@@ -36,6 +36,27 @@ std::string ConvertToPngBytes(const std::string& path) {
   return png;
 }
 
+// The placement of a turned or mirrored image: drawing coordinates to the image's own, where the
+// picture lies unturned with its lower left corner at the origin.
+struct ImagePlacement {
+  double originX, originY;
+  double angle;  // radians, counter-clockwise
+  bool mirrored;
+  OdGePoint2d ToImage(const OdGePoint2d& p) const {
+    double dx = p.x - originX, dy = p.y - originY;
+    double c = std::cos(angle), s = std::sin(angle);
+    double x = c * dx + s * dy, y = -s * dx + c * dy;
+    return {originX + x, originY + (mirrored ? -y : y)};
+  }
+};
+
+bool IsStretched(const DrvImage& image, double width, double height) {
+  constexpr double kSameProportion = 1e-3;
+  if (image.pixelWidth <= 0 || image.pixelHeight <= 0) return false;
+  double pixels = double(image.pixelWidth) / double(image.pixelHeight);
+  return std::fabs(width / height - pixels) > kSameProportion * pixels;
+}
+
 std::string Utf8(const OdString& text) {
   std::string out;
   return OdStringToUtf8(out, text);
@@ -69,20 +90,28 @@ void DRAWSVG::WriteImages(const std::vector<DrvImage>& images) {
     AppendBase64(data, bytes);
     ++m_imageCount;
 
-    bool clipped = !image.clipPoints.empty() && image.rotation == 0;
+    // A turned or mirrored image is placed by its own size and turned by its transform; its clip
+    // outline is written in the image's own (untransformed) coordinates, which the transform
+    // carries along with the picture.
+    long degrees = std::lround(std::fmod(image.rotation, 360.0));
+    bool transformed = degrees != 0 || image.mirrored;
+    ImagePlacement placement{image.minX, image.minY, degrees * kPi / 180.0, image.mirrored};
+    std::vector<OdGePoint2d> clip;
+    for (const OdGePoint2d& p : image.clipPoints) {
+      if (IsFinitePoint(p.x, p.y)) clip.push_back(transformed ? placement.ToImage(p) : p);
+    }
+    bool clipped = clip.size() >= 2;
     if (clipped) {
       ++m_clipCounter;
-      const std::vector<OdGePoint2d>& clip = image.clipPoints;
       m_out += "<clipPath id=\"Clip_" + std::to_string(m_clipCounter) + "\">\n   <path d=\"";
       page.MoveTo(m_out, clip[0].x, clip[0].y);
-      if (clip.size() == 2) {
+      if (image.clipPoints.size() == 2 && clip.size() == 2) {
         // A rectangle from two corners: round it with horizontal and vertical steps (y flipped).
         double dx = clip[1].x - clip[0].x;
         double dy = clip[0].y - clip[1].y;
         m_out += 'h' + DoubleText(dx) + 'v' + DoubleText(dy) + 'h' + DoubleText(-dx) + 'v' + DoubleText(-dy);
       } else {
         for (std::size_t i = 1; i < clip.size(); ++i) {
-          if (!IsFinitePoint(clip[i].x, clip[i].y)) continue;
           m_out += 'L';
           page.AppendPair(m_out, clip[i].x, clip[i].y);
         }
@@ -93,10 +122,20 @@ void DRAWSVG::WriteImages(const std::vector<DrvImage>& images) {
     std::string y = page.YText(image.maxY);
     m_out += "<image x=\"" + x + "\" y=\"" + y + "\" width=\"" + CoordinateText(width, m_precision) + "\" height=\"" +
              CoordinateText(height, m_precision) + "\"";
-    if (image.rotation != 0) {
-      long degrees = static_cast<long>(std::fmod(image.rotation, 360.0));
-      m_out += " transform=\"rotate(" + std::to_string(-degrees) + " " + x + " " + page.YText(image.minY) + ")\"";
+    if (transformed) {
+      std::string bottom = page.YText(image.minY);
+      m_out += " transform=\"";
+      if (degrees != 0) m_out += "rotate(" + std::to_string(-degrees) + " " + x + " " + bottom + ")";
+      // Flipped across the bottom edge: y becomes 2 * bottom - y on the page.
+      if (image.mirrored) {
+        m_out += std::string(degrees != 0 ? " " : "") + "matrix(1 0 0 -1 0 " +
+                 CoordinateText(2 * page.ShiftY(image.minY), m_precision) + ")";
+      }
+      m_out += "\"";
     }
+    // A picture stretched out of its own proportions (a reference scaled unevenly) fills its
+    // frame instead of being fitted into it.
+    if (IsStretched(image, width, height)) m_out += " preserveAspectRatio=\"none\"";
     m_out += " xlink:href=\"data:image/png;base64,";
     m_out += data;
     m_out += "\" ";

@@ -129,7 +129,7 @@ struct SpatialFilterObject : ObjectOf<DbType::kSpatialFilter> {
   std::vector<OdGePoint2d> boundary;  // in the clip plane; two points mean a rectangle
   OdGeVector3d normal{0.0, 0.0, 1.0};
   OdGePoint3d origin;
-  bool displayBoundary = false;
+  bool displayBoundary = false;  // group 71: the clip is on; off, the reference shows whole
   bool frontClipEnabled = false;
   double frontClip = 0.0;
   bool backClipEnabled = false;

@@ -197,7 +197,10 @@ void GiClipStage::rasterImageProc(const OdGePoint3d& origin, const OdGeVector3d&
                                   const OdGiRasterImage* image, const OdGePoint2d* uvBoundary, uint32_t numBoundPts,
                                   bool transparency, double brightness, double contrast, double fade) {
   if (!dest_) return;
-  OdGePoint3d corners[4] = {origin, origin + u, origin + u + v, origin + v};
+  // A picture is not cut: it shows whole unless it lies wholly outside.
+  double width = image ? double(image->pixelWidth()) : 1.0, height = image ? double(image->pixelHeight()) : 1.0;
+  OdGeVector3d across = u * width, up = v * height;
+  OdGePoint3d corners[4] = {origin, origin + across, origin + across + up, origin + up};
   if (locate(4, corners) != Where::kOutside) {
     dest_->rasterImageProc(origin, u, v, image, uvBoundary, numBoundPts, transparency, brightness, contrast, fade);
   }

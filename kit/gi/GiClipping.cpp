@@ -63,8 +63,12 @@ struct Box2d {
 // most polylines without cutting them edge by edge.
 bool isAxisRectangle(const std::vector<OdGePoint2d>& clip, const Box2d& box) {
   if (clip.size() != 4) return false;
-  for (const OdGePoint2d& p : clip) {
+  for (size_t i = 0; i < 4; ++i) {
+    const OdGePoint2d& p = clip[i];
+    const OdGePoint2d& next = clip[(i + 1) % 4];
     if ((p.x != box.x0 && p.x != box.x1) || (p.y != box.y0 && p.y != box.y1)) return false;
+    // Corners in turn round the box: four corners taken crosswise make a bow tie.
+    if (p.x != next.x && p.y != next.y) return false;
   }
   return true;
 }
@@ -152,9 +156,16 @@ BoxRelation boxRelation(const OdGeExtents3d& box, const std::vector<OdGePoint2d>
   for (const OdGePoint2d& c : corners) {
     if (!pointInPolygon(c, clip)) return BoxRelation::kCrossing;
   }
-  // All corners inside: inside unless a clip vertex pokes into the box.
-  for (const OdGePoint2d& p : clip) {
-    if (p.x > box.minPoint.x && p.x < box.maxPoint.x && p.y > box.minPoint.y && p.y < box.maxPoint.y) {
+  // All corners inside: inside unless a clip edge runs through the box (a vertex poking into it,
+  // or the crossing of an outline that crosses itself).
+  for (size_t i = 0; i < clip.size(); ++i) {
+    OdGePoint3d a(clip[i].x, clip[i].y, 0.0);
+    const OdGePoint2d& next = clip[(i + 1) % clip.size()];
+    OdGePoint3d b(next.x, next.y, 0.0);
+    double t0 = 0.0, t1 = 1.0;
+    if (!clipLineToBox(a, b, box, t0, t1)) continue;
+    OdGePoint3d mid = a + (b - a) * (0.5 * (t0 + t1));
+    if (mid.x > box.minPoint.x && mid.x < box.maxPoint.x && mid.y > box.minPoint.y && mid.y < box.maxPoint.y) {
       return BoxRelation::kCrossing;
     }
   }

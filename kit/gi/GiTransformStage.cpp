@@ -23,6 +23,11 @@ GiTransformStage::PlaneImage GiTransformStage::planeImage(const OdGeVector3d& no
   return image;
 }
 
+// A circle without a finite place or size has nothing to draw (and would only spread NaN).
+bool GiTransformStage::isDrawable(const OdGePoint3d& center, double radius) {
+  return std::isfinite(center.x) && std::isfinite(center.y) && std::isfinite(center.z) && std::isfinite(radius);
+}
+
 const OdGePoint3d* GiTransformStage::mapped(int32_t numPoints, const OdGePoint3d* points) {
   if (identity_ || numPoints <= 0 || !points) return points;
   buffer_.resize(size_t(numPoints));
@@ -91,6 +96,7 @@ void GiTransformStage::shellProc(int32_t numVertices, const OdGePoint3d* vertexL
 
 void GiTransformStage::circleProc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
                                   const OdGeVector3d* extrusion) {
+  if (!isDrawable(center, radius)) return;
   if (identity_) return GiGeometryForwarder::circleProc(center, radius, normal, extrusion);
   PlaneImage image = planeImage(normal);
   if (image.similar) {
@@ -116,6 +122,7 @@ void GiTransformStage::circleProc(const OdGePoint3d& firstPoint, const OdGePoint
 void GiTransformStage::circularArcProc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
                                        const OdGeVector3d& startVector, double sweepAngle, OdGiArcType arcType,
                                        const OdGeVector3d* extrusion) {
+  if (!isDrawable(center, radius) || !std::isfinite(sweepAngle)) return;
   if (identity_) {
     return GiGeometryForwarder::circularArcProc(center, radius, normal, startVector, sweepAngle, arcType, extrusion);
   }

@@ -63,6 +63,7 @@ private:
     bool similar = false; // shapes in the plane keep their form (circles stay circles)
   };
   PlaneImage planeImage(const OdGeVector3d& normal) const;
+  static bool isDrawable(const OdGePoint3d& center, double radius);
   const OdGePoint3d* mapped(int32_t numPoints, const OdGePoint3d* points);
   OdGeVector3d mappedNormal(const OdGeVector3d* normal) const;
 

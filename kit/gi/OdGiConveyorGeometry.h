@@ -46,7 +46,8 @@ struct OdGiPolyline {
   bool hasVertexWidths() const;
 };
 
-// The pixels of a raster image as the conveyor hands them on. Rows run bottom-up.
+// The pixels of a raster image as the conveyor hands them on. Rows run bottom-up. An image may
+// come without rows (scanLines() null): a picture the device finds by itself, of this size.
 class OdGiRasterImage {
 public:
   virtual ~OdGiRasterImage() = default;
@@ -109,6 +110,9 @@ public:
                          const OdGeVector3d* extrusion, const OdGeExtents3d* extentsBox);
   virtual void shapeProc(const OdGePoint3d& position, const OdGeVector3d& direction, const OdGeVector3d& upVector,
                          int shapeNumber, const OdGiTextStyle* textStyle, const OdGeVector3d* extrusion = nullptr) = 0;
+  // An image with one pixel along u and v from origin (its lower left corner); uvBoundary, when
+  // it has three points or more, is the clip outline in pixel coordinates (y down from the top
+  // edge, pixel centres at whole numbers).
   virtual void rasterImageProc(const OdGePoint3d& origin, const OdGeVector3d& u, const OdGeVector3d& v,
                                const OdGiRasterImage* image, const OdGePoint2d* uvBoundary, uint32_t numBoundPts,
                                bool transparency = false, double brightness = 50.0, double contrast = 50.0,

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "kit/gi/GiClipping.h"
+#include "kit/gi/GiImageOutline.h"
 #include "kit/gi/GiPolygonHoles.h"
 #include "kit/gi/GiTessellation.h"
 
@@ -170,9 +171,15 @@ void OdGiGeometrySimplifier::edgeProc(const std::vector<HatchEdge>& edges, const
 void OdGiGeometrySimplifier::shapeProc(const OdGePoint3d&, const OdGeVector3d&, const OdGeVector3d&, int,
                                        const OdGiTextStyle*, const OdGeVector3d*) {}
 
-void OdGiGeometrySimplifier::rasterImageProc(const OdGePoint3d&, const OdGeVector3d&, const OdGeVector3d&,
-                                             const OdGiRasterImage*, const OdGePoint2d*, uint32_t, bool, double,
-                                             double, double) {}
+void OdGiGeometrySimplifier::rasterImageProc(const OdGePoint3d& origin, const OdGeVector3d& u, const OdGeVector3d& v,
+                                             const OdGiRasterImage* image, const OdGePoint2d* uvBoundary,
+                                             uint32_t numBoundPts, bool, double, double, double) {
+  // A picture this sink cannot show is drawn as its outline.
+  if (!image) return;
+  std::vector<OdGePoint3d> outline = gi::imageOutline(origin, u, v, image->pixelWidth(), image->pixelHeight(),
+                                                      uvBoundary, numBoundPts);
+  outputPoints(outline, false);
+}
 
 void OdGiGeometrySimplifier::metafileProc(const OdGePoint3d&, const OdGeVector3d&, const OdGeVector3d&,
                                           const OdGiMetafile*, bool, bool) {}

@@ -57,10 +57,45 @@ TEST_F(SvgImagesAndLinks, ImagesEmbeddedAsPngWithClipPaths) {
             std::string::npos)
       << text.substr(0, 600);
   EXPECT_NE(text.find("<clipPath id=\"Clip_2\">\n   <path d=\"M10,80L30,80L20,60\" />"), std::string::npos);
-  // The BMP is converted; rotated images are not clipped.
+  // The BMP is converted.
   EXPECT_NE(text.find("transform=\"rotate(-30 10 80)\" xlink:href=\"data:image/png;base64,iVBORw0KGgo"), std::string::npos);
   EXPECT_EQ(CountOf(text, "<image "), 4) << "the missing file is left out";
-  EXPECT_EQ(CountOf(text, "<clipPath"), 2);
+  EXPECT_EQ(CountOf(text, "<clipPath"), 3);
+}
+
+TEST_F(SvgImagesAndLinks, TurnedAndMirroredImagesCarryTheirClipAlong) {
+  std::string png = MakeRaster("red.png", FIF_PNG);
+  StartDirectOutput();
+  DrvImage mirrored = Image(png, {{10, 20}, {30, 20}, {20, 0}});
+  mirrored.mirrored = true;
+  DrvImage turnedAndMirrored = Image(png, {}, 90);
+  turnedAndMirrored.mirrored = true;
+  // A quarter turn about the corner (10, 20): the clip rectangle from (10, 20) to (30, 40) lies
+  // from (10, 20) to (30, 0) in the image's own coordinates.
+  svg().WriteImages({Image(png, {{10, 20}, {30, 40}}, 90), mirrored, turnedAndMirrored, Image(png, {}, 29.6)});
+  std::string text = Finish();
+  EXPECT_NE(text.find("<clipPath id=\"Clip_1\">\n   <path d=\"M10,80h20v20h-20v-20\" />"), std::string::npos)
+      << text.substr(0, 600);
+  EXPECT_NE(text.find("height=\"30\" transform=\"rotate(-90 10 80)\" xlink:href"), std::string::npos);
+  // Mirrored across the bottom edge (page y 80): the outline below the edge comes back above it.
+  EXPECT_NE(text.find("<clipPath id=\"Clip_2\">\n   <path d=\"M10,80L30,80L20,60\" />"), std::string::npos);
+  EXPECT_NE(text.find("height=\"30\" transform=\"matrix(1 0 0 -1 0 160)\" xlink:href"), std::string::npos);
+  EXPECT_NE(text.find("transform=\"rotate(-90 10 80) matrix(1 0 0 -1 0 160)\""), std::string::npos);
+  EXPECT_NE(text.find("transform=\"rotate(-30 10 80)\""), std::string::npos) << "whole degrees, rounded";
+}
+
+TEST_F(SvgImagesAndLinks, OnlyStretchedPicturesGiveUpTheirProportions) {
+  std::string png = MakeRaster("red.png", FIF_PNG);
+  StartDirectOutput();
+  DrvImage even = Image(png);  // 40 by 30 for 4 by 3 pixels
+  even.pixelWidth = 4;
+  even.pixelHeight = 3;
+  DrvImage stretched = even;
+  stretched.maxX = 90;
+  svg().WriteImages({even, stretched});
+  std::string text = Finish();
+  EXPECT_EQ(CountOf(text, "preserveAspectRatio=\"none\""), 1);
+  EXPECT_NE(text.find("width=\"80\" height=\"30\" preserveAspectRatio=\"none\" xlink:href"), std::string::npos);
 }
 
 TEST_F(SvgImagesAndLinks, ImagesWithoutSizeAreReported) {

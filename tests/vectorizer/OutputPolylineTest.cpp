@@ -87,6 +87,23 @@ TEST_F(OutputPolylineTest, WithoutTheCandidateFlagATessellatedCircleStaysAPolyli
   EXPECT_EQ(driver.Polylines().size(), 1u);
 }
 
+TEST_F(OutputPolylineTest, OnlyWholeRoundCandidatesBecomeCircles) {
+  // A circle scaled unevenly (an ellipse), and a circle cut by a clip boundary (a piece of it).
+  std::vector<OdGePoint3d> ellipse = CirclePoints(64, 10.0);
+  for (OdGePoint3d& p : ellipse) p.x *= 2;
+  std::vector<OdGePoint3d> piece = CirclePoints(64, 10.0);
+  piece.resize(40);
+  for (const auto& points : {ellipse, piece}) {
+    RecordingDriver& driver = UseDriver();
+    g_EntityDrawState.circleCandidate = 1;
+    g_EntityDrawState.circleRadius = 10.0;
+    Output(points);
+    EXPECT_TRUE(driver.Circles().empty());
+    ASSERT_EQ(driver.Polylines().size(), 1u);
+    EXPECT_EQ(driver.Polylines()[0].points.size(), points.size());
+  }
+}
+
 struct RingCase {
   const char* name;
   int format;

@@ -42,6 +42,17 @@ public:
     for (const DrvColorGroup* group : Groups()) all.insert(all.end(), (group->*list).begin(), (group->*list).end());
     return all;
   }
+  // The same, of one layer only.
+  template <class T>
+  std::vector<T> OnLayer(const OdString& layer, std::vector<T> DrvColorGroup::*list) const {
+    std::vector<T> all;
+    auto found = m_views.front().layers.find(layer);
+    if (found == m_views.front().layers.end()) return all;
+    for (const DrvColorGroup& group : found->second.colorGroups) {
+      all.insert(all.end(), (group.*list).begin(), (group.*list).end());
+    }
+    return all;
+  }
   std::vector<DrvPolyline> Polylines() const { return All(&DrvColorGroup::polylines); }
   std::vector<DrvLine> Lines() const { return All(&DrvColorGroup::lines); }
   std::vector<DrvArc> Arcs() const { return All(&DrvColorGroup::arcs); }

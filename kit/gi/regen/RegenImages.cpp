@@ -1,8 +1,10 @@
 // Raster images, underlays and OLE frames as their frames (a closed five-point outline that a
 // device may fill with the picture); wipeouts as areas filled with the background colour;
 // viewport borders; shapes (not drawn without their shape files).
+#include <algorithm>
 #include <cmath>
 
+#include "kit/gi/GiImageOutline.h"
 #include "kit/gi/regen/RegenEntities.h"
 #include "kit/gi/regen/RegenPrimitives.h"
 
@@ -10,27 +12,18 @@ namespace gi {
 
 namespace {
 
-// Pixel coordinates (y running down from the top edge) to world coordinates.
-OdGePoint3d pixelToWorld(const RasterImageData& image, const OdGePoint2d& p) {
-  return image.origin + image.uVector * (p.x + 0.5) + image.vVector * (image.imageSize.y - (p.y + 0.5));
-}
-
 // The clip boundary when there is one to use, else the full frame; closed.
 std::vector<OdGePoint3d> imageOutline(const RasterImageData& image, bool useClip) {
-  std::vector<OdGePoint3d> outline;
+  std::vector<OdGePoint2d> loop;
   if (useClip && image.clipBoundary.size() >= 2) {
-    std::vector<OdGePoint2d> loop = image.clipBoundary;
+    loop = image.clipBoundary;
     if (loop.size() == 2) {
       OdGePoint2d a = loop[0], b = loop[1];
       loop = {a, {b.x, a.y}, b, {a.x, b.y}};
     }
-    for (const OdGePoint2d& p : loop) outline.push_back(pixelToWorld(image, p));
-  } else {
-    OdGeVector3d u = image.uVector * image.imageSize.x, v = image.vVector * image.imageSize.y;
-    outline = {image.origin, image.origin + u, image.origin + u + v, image.origin + v};
   }
-  if (!outline.empty() && !(outline.front() == outline.back())) outline.push_back(outline.front());
-  return outline;
+  return gi::imageOutline(image.origin, image.uVector, image.vVector, image.imageSize.x, image.imageSize.y,
+                          loop.data(), uint32_t(loop.size()));
 }
 
 OdGeVector3d normalOf(const RasterImageData& image) {
@@ -40,11 +33,69 @@ OdGeVector3d normalOf(const RasterImageData& image) {
 
 }  // namespace
 
+namespace {
+
+// A picture the device finds by itself (the image definition names its file): only its size in
+// pixels travels down the conveyor, no pixel rows.
+class PictureBySize : public OdGiRasterImage {
+public:
+  PictureBySize(uint32_t width, uint32_t height) : width_(width), height_(height) {}
+  uint32_t pixelWidth() const override { return width_; }
+  uint32_t pixelHeight() const override { return height_; }
+  uint32_t colorDepth() const override { return 0; }
+  uint32_t scanLineSize() const override { return 0; }
+  uint32_t paletteDataSize() const override { return 0; }
+  const uint8_t* paletteData() const override { return nullptr; }
+  const uint8_t* scanLines() const override { return nullptr; }
+
+private:
+  uint32_t width_, height_;
+};
+
+// Whole pixels between 1 and a bound that keeps damaged sizes from overflowing; 0 when unusable.
+uint32_t pixelCount(double size) {
+  constexpr double kMaxPixels = 1e9;
+  if (!(size >= 0.5) || !std::isfinite(size)) return 0;
+  return uint32_t(std::min(std::round(size), kMaxPixels));
+}
+
+// The clip outline in pixel coordinates when the image is clipped: a rectangle by its two corners
+// becomes its four; fewer than three distinct points clip nothing.
+std::vector<OdGePoint2d> pixelClip(const RasterImageData& image) {
+  if (!image.clipping || image.clipBoundary.size() < 2) return {};
+  std::vector<OdGePoint2d> loop = image.clipBoundary;
+  if (loop.size() == 2) {
+    OdGePoint2d a = loop[0], b = loop[1];
+    loop = {a, {b.x, a.y}, b, {a.x, b.y}};
+  }
+  if (loop.size() > 1 && loop.front() == loop.back()) loop.pop_back();
+  for (const OdGePoint2d& p : loop) {
+    if (!std::isfinite(p.x) || !std::isfinite(p.y)) return {};
+  }
+  return loop.size() >= 3 ? loop : std::vector<OdGePoint2d>();
+}
+
+}  // namespace
+
 void regenImageFrame(GiRegenContext& ctx, const RasterImageData& image) {
-  std::vector<OdGePoint3d> outline = imageOutline(image, image.clipping);
-  if (outline.size() < 3) return;
-  OdGeVector3d normal = normalOf(image);
-  ctx.geometry().polylineProc(int32_t(outline.size()), outline.data(), &normal);
+  // An image whose display is switched off shows nothing, neither picture nor frame.
+  if (!(image.displayFlags & RasterImageData::kShow)) return;
+  uint32_t width = pixelCount(image.imageSize.x), height = pixelCount(image.imageSize.y);
+  if (width == 0 || height == 0) {
+    std::vector<OdGePoint3d> outline = imageOutline(image, image.clipping);
+    if (outline.size() < 3) return;
+    OdGeVector3d normal = normalOf(image);
+    ctx.geometry().polylineProc(int32_t(outline.size()), outline.data(), &normal);
+    return;
+  }
+  // The picture in its frame, cut by its clip outline; a device that cannot show it draws the
+  // outline instead.
+  PictureBySize picture(width, height);
+  std::vector<OdGePoint2d> clip = pixelClip(image);
+  ctx.geometry().rasterImageProc(image.origin, image.uVector, image.vVector, &picture,
+                                 clip.empty() ? nullptr : clip.data(), uint32_t(clip.size()),
+                                 (image.displayFlags & RasterImageData::kTransparent) != 0, image.brightness,
+                                 image.contrast, image.fade);
 }
 
 void regenWipeout(GiRegenContext& ctx, const WipeoutEntity& e) {

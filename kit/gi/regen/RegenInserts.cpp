@@ -30,7 +30,8 @@ OdGeMatrix3d referenceTransform(const BlockReferenceEntity& e, const OdGePoint3d
 // The clip boundary of a clipped reference in block coordinates, or empty.
 std::vector<OdGePoint3d> clipBoundaryInBlock(const GiRegenContext& ctx, const BlockReferenceEntity& e) {
   const SpatialFilterObject* filter = ctx.database().spatialFilterOf(e);
-  if (!filter || filter->boundary.size() < 2) return {};
+  // A clip switched off (XCLIP OFF) keeps its boundary but shows the whole reference.
+  if (!filter || !filter->displayBoundary || filter->boundary.size() < 2) return {};
   std::vector<OdGePoint2d> loop = filter->boundary;
   if (loop.size() == 2) {
     OdGePoint2d a = loop[0], b = loop[1];
