@@ -35,6 +35,36 @@ std::pair<Record*, bool> dependentRecord(OdDbDatabase& host, SymbolTable<Record>
   return {record, true};
 }
 
+// The host's record for a text style that shapes or texts of a linetype use, so that the host's
+// linetype names a style of its own drawing.
+TextStyleRecord* hostTextStyle(OdDbDatabase& host, const std::string& blockName, const TextStyleRecord& source) {
+  auto [record, created] = dependentRecord(host, host.textStyles(), xrefDependentName(blockName, source.name));
+  if (created) {
+    record->fontFile = source.fontFile;
+    record->bigFontFile = source.bigFontFile;
+    record->trueTypeFace = source.trueTypeFace;
+    record->trueTypeFlags = source.trueTypeFlags;
+    record->fixedHeight = source.fixedHeight;
+    record->widthFactor = source.widthFactor;
+    record->obliqueAngle = source.obliqueAngle;
+    record->lastHeight = source.lastHeight;
+    record->generationFlags = source.generationFlags;
+    record->flags = int16_t((source.flags & ~kDependentFlags) | kDependentFlags);
+  }
+  return record;
+}
+
+// Dashes name their style by a handle of the referenced drawing; the host's copy names the host's.
+void bindDashStyles(OdDbDatabase& host, const std::string& blockName, const OdDbDatabase& drawing,
+                    LinetypeRecord& linetype) {
+  for (LinetypeDash& dash : linetype.dashes) {
+    const TextStyleRecord* source = dash.style ? dash.style : drawing.findAs<TextStyleRecord>(dash.styleHandle);
+    if (!source) continue;
+    dash.style = hostTextStyle(host, blockName, *source);
+    dash.styleHandle = dash.style->handle;
+  }
+}
+
 void bindLinetypes(OdDbDatabase& host, const std::string& blockName, ExternalReference& xref) {
   for (const LinetypeRecord* source : xref.drawing->linetypes()) {
     LinetypeRecord* target = nullptr;
@@ -48,6 +78,7 @@ void bindLinetypes(OdDbDatabase& host, const std::string& blockName, ExternalRef
         record->alignment = source->alignment;
         record->patternLength = source->patternLength;
         record->dashes = source->dashes;
+        bindDashStyles(host, blockName, *xref.drawing, *record);
       }
       target = record;
     }

@@ -43,6 +43,6 @@ std::string xrefDependentName(std::string_view blockName, std::string_view name)
 // gets its host record: layer "0", "Defpoints" and the ByLayer, ByBlock and Continuous linetypes
 // are the host's own; any other takes or creates the record of its dependent name. A record the
 // host file already holds keeps its states, the host having saved them last; a new one copies the
-// referenced drawing's.
+// referenced drawing's. Text styles that shapes and texts of linetypes use come along the same way.
 void bindExternalReference(OdDbDatabase& host, const BlockRecord& block, OdDbDatabasePtr drawing,
                            std::string foundPath);

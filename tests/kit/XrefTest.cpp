@@ -15,6 +15,7 @@
 #include "kit/db/ExternalReference.h"
 #include "kit/gi/GiClipStage.h"
 #include "kit/gi/regen/GiRegenContext.h"
+#include "kit/host/DrawingFileReaders.h"
 #include "kit/host/ExternalReferenceLoading.h"
 #include "kit/host/OdDbHostAppServices.h"
 #include "tests/kit/GsTestSupport.h"
@@ -158,6 +159,13 @@ TEST_F(XrefTest, HostLayerStatesOverlaysAndTheMissingReference) {
   ASSERT_TRUE(furniture->linetype);
   EXPECT_EQ(furniture->linetype->name, "ROOM|DASHED");
   EXPECT_NE(db->find(furniture->handle), nullptr);
+  // A linetype's text names the host's record of the referenced drawing's style.
+  const LinetypeRecord* gas = db->linetypes().find("ROOM|GAS");
+  ASSERT_TRUE(gas && gas->dashes.size() == 3u);
+  const LinetypeDash& text = gas->dashes[1];
+  ASSERT_TRUE(text.style);
+  EXPECT_EQ(text.style->name, "ROOM|Standard");
+  EXPECT_EQ(db->find(text.styleHandle), text.style);
   EXPECT_TRUE(db->layers().find("ROOM|FROZEN")->isFrozen());
   EXPECT_TRUE(db->layers().find("ROOM|OFF")->isOff());
   EXPECT_TRUE(db->layers().find("ROOMCOPY|FURNITURE"));
@@ -174,6 +182,21 @@ TEST_F(XrefTest, HostLayerStatesOverlaysAndTheMissingReference) {
   EXPECT_EQ(xrefOf(*db, "ROOMCOPY")->drawing, room->drawing);
   ASSERT_EQ(services.warnings.size(), 1u);
   EXPECT_NE(services.warnings[0].find("\"GONE\" not found: missing/absent.dxf"), std::string::npos) << services.warnings[0];
+}
+
+TEST_F(XrefTest, HostWrittenOutKeepsItsDependentRecordsConsistent) {
+  OdDbDatabasePtr db = load("host.dxf");
+  const std::string written = (directory_ / "host_written.dxf").string();
+  writeDrawingFile(*db, written, kSaveDxf, 0);
+  OdDbDatabasePtr back = readDrawingFile(written, false);
+  const LayerRecord* pipes = back->layers().find("ROOM|PIPES");
+  ASSERT_TRUE(pipes && pipes->linetype);
+  EXPECT_EQ(pipes->linetype->name, "ROOM|GAS");
+  ASSERT_EQ(pipes->linetype->dashes.size(), 3u);
+  const auto* style = back->findAs<TextStyleRecord>(pipes->linetype->dashes[1].styleHandle);
+  ASSERT_TRUE(style);
+  EXPECT_EQ(style->name, "ROOM|Standard");
+  EXPECT_TRUE(back->loadReport().messages.empty());
 }
 
 TEST_F(XrefTest, CircularAndTooDeepReferencesStop) {

@@ -6,7 +6,8 @@ host.dxf      references ROOM (room.dxf, at 100,50, scale 2, rotated 90), GONE (
               there) and the overlay NOTESOV (notes.dxf, drawn: overlays of the drawing itself are);
               it keeps its own state for ROOM|DOORS (frozen) and has no record for ROOM|FURNITURE;
               ROOMCOPY names room.dxf again as ./room.dxf (at 300,0).
-room.dxf      inserts at base point 10,0; layers FURNITURE (red, DASHED), DOORS, FROZEN, OFF; a line
+room.dxf      inserts at base point 10,0; layers FURNITURE (red, DASHED), PIPES (GAS, with text),
+              DOORS, FROZEN, OFF; a line
               on layer 0; references CHAIR (chair.dxf) and the overlay NOTES (notes.dxf).
 chair.dxf     one text and one circle on layer SEAT (green).
 notes.dxf     one text on layer NOTE.
@@ -41,7 +42,10 @@ def write_room(directory):
     doc = new_drawing()
     doc.header["$INSBASE"] = (10, 0, 0)
     doc.linetypes.add("DASHED", pattern=[0.75, 0.5, -0.25], description="Dashed __ __")
+    doc.linetypes.add("GAS", pattern='A,.5,-.2,["GAS",STANDARD,S=.1,U=0.0,X=-0.1,Y=-.05],-.25',
+                      description="Gas ----GAS----", length=0.95)
     doc.layers.add("FURNITURE", color=1, linetype="DASHED")
+    doc.layers.add("PIPES", color=1, linetype="GAS")
     doc.layers.add("DOORS", color=2)
     doc.layers.add("FROZEN", color=4).freeze()
     doc.layers.add("OFF", color=4).off()
