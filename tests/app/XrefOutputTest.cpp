@@ -1,6 +1,7 @@
 // External references end to end: the program draws referenced drawings into the SVG under
-// "block|layer" layers, leaves out what the host froze and what overlays do not carry, says once
-// that a reference is missing, and converts drawings whose references loop.
+// "block|layer" layers, leaves out what the host froze and what overlays do not carry, tells the
+// viewer the state of every such layer, says once that a reference is missing, and converts
+// drawings whose references loop.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -61,6 +62,29 @@ TEST(XrefOutput, ReferencesAreDrawnOnTheirDependentLayersAndAMissingOneIsTracedO
   EXPECT_EQ(Count(svg, "DOORTEXT"), 1u);    // ROOMCOPY's only: the host saved ROOM|DOORS frozen
   EXPECT_EQ(Count(svg, "FROZENTEXT"), 0u);
   EXPECT_EQ(Count(svg, "OFFTEXT"), 0u);
+}
+
+TEST(XrefOutput, WithAllLayersTheViewerLearnsEachDependentLayersState) {
+  ScratchDirectory dir;
+  if (!WriteDrawings(dir.path())) GTEST_SKIP() << "python3-ezdxf is needed to write the test drawings";
+  const ProgramRun run = RunDm2020("host.dxf host.svg -SVG -B=-1 -ALLLAYERS", dir.path());
+  EXPECT_EQ(run.status, 0);
+  const std::string svg = ReadWholeFile(dir.path() / "host.svg");
+  struct Case {
+    const char* block;
+    const char* layer;
+    const char* status;
+  };
+  // ROOM|DOORS is frozen by the host's own record; the rest as the room drawing has them.
+  const Case cases[] = {
+      {"ROOM", "DOORS", "FROZEN"}, {"ROOMCOPY", "DOORS", "ON"}, {"ROOM", "FROZEN", "FROZEN"},
+      {"ROOM", "OFF", "OFF"},      {"ROOM", "FURNITURE", "ON"}, {"CHAIR", "SEAT", "ON"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Count(svg, LayerAttribute(c.block, c.layer) + " vtrl:status=\"" + c.status + "\""), 1u)
+        << c.block << "|" << c.layer;
+  }
+  EXPECT_EQ(Count(svg, "FROZENTEXT"), 2u);  // drawn, for the viewer to show on demand
 }
 
 TEST(XrefOutput, ReferencesThatLoopAreFollowedOnce) {
