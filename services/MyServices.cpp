@@ -60,17 +60,19 @@ void MyServices::AddEnvironmentPaths() {
   }
 }
 
-OdString MyServices::KitSearch(const OdString& path) {
-  const OdString found = OdDbHostAppServices::findFile(path);
+void MyServices::warning(const OdString& message) { TraceMessage("Warning", message); }
+
+OdString MyServices::KitSearch(const OdString& path, OdDbDatabase* database) {
+  const OdString found = OdDbHostAppServices::findFile(path, database);
   if (!found.isEmpty()) g_LastFoundFile = found;
   return found;
 }
 
-OdString MyServices::findFile(const OdString& fileName, OdDbDatabase*, int hint) {
+OdString MyServices::findFile(const OdString& fileName, OdDbDatabase* database, int hint) {
   if (fileName.isEmpty()) return fileName;
   OdString name = fileName;
   name.replace(L'\\', L'/');
-  OdString found = KitSearch(name);
+  OdString found = KitSearch(name, database);
   if (!found.isEmpty()) return found;
   TraceMessage("-------------------------------------");
 
@@ -80,7 +82,7 @@ OdString MyServices::findFile(const OdString& fileName, OdDbDatabase*, int hint)
     if (hint == kCompiledShapeFile) bare += L".shx";
   }
   TraceMessage("Checking File", bare);
-  found = KitSearch(bare);
+  found = KitSearch(bare, database);
   if (!found.isEmpty()) return found;
   TraceMessage("File Not Found", bare);
 

@@ -26,6 +26,8 @@ public:
 
   OdString findFile(const OdString& fileName, OdDbDatabase* database = nullptr,
                     int hint = kDefault) override;
+  // Traced: a reference that cannot be drawn is one line of the log, the rest of the drawing goes on.
+  void warning(const OdString& message) override;
   OdDbHostAppProgressMeter* progressMeter() override { return &meter; }
   HostAppProgressMeter& GetProgressMeter() { return meter; }
 
@@ -35,7 +37,8 @@ public:
 private:
   OdString FindDrawing(const OdString& bareName, bool hasDrawingExtension);
   OdString FindFont(const OdString& bareName, bool hasFontExtension);
-  OdString KitSearch(const OdString& path);
+  // The kit's own search; a database given lets it look beside that drawing first.
+  OdString KitSearch(const OdString& path, OdDbDatabase* database = nullptr);
 
   SearchPathList xrefPaths{"Add to XPath"};
   SearchPathList fontPaths{"Add to fontPath"};

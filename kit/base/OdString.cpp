@@ -215,3 +215,26 @@ std::wstring odDecodeUtf8(const char* bytes, std::size_t length) {
   }
   return out;
 }
+
+std::string odEncodeUtf8(const std::wstring& text) {
+  std::string out;
+  for (const wchar_t ch : text) {
+    const auto c = static_cast<char32_t>(ch);
+    if (c < 0x80) {
+      out += static_cast<char>(c);
+    } else if (c < 0x800) {
+      out += static_cast<char>(0xC0 | (c >> 6));
+      out += static_cast<char>(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+      out += static_cast<char>(0xE0 | (c >> 12));
+      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+      out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+      out += static_cast<char>(0xF0 | ((c >> 18) & 0x07));
+      out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+      out += static_cast<char>(0x80 | (c & 0x3F));
+    }
+  }
+  return out;
+}

@@ -111,3 +111,5 @@ private:
 
 // UTF-8 decoding as the kit does it: malformed bytes become U+FFFD, never dropped silently.
 std::wstring odDecodeUtf8(const char* bytes, std::size_t length);
+// UTF-8 encoding of wide text (the names of files as the system takes them).
+std::string odEncodeUtf8(const std::wstring& text);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kit/base/OdError.h"
+#include "kit/db/ExternalReference.h"
 
 OdDbDatabase::OdDbDatabase() = default;
 OdDbDatabase::~OdDbDatabase() = default;
@@ -81,6 +82,17 @@ const SpatialFilterObject* OdDbDatabase::spatialFilterOf(const BlockReferenceEnt
   Dictionary* filters = findAs<Dictionary>(xdict->find("ACAD_FILTER"));
   if (!filters) return nullptr;
   return findAs<SpatialFilterObject>(filters->find("SPATIAL"));
+}
+
+const ExternalReference* OdDbDatabase::externalReference(const BlockRecord* block) const {
+  auto it = externalReferences_.find(block);
+  return it == externalReferences_.end() ? nullptr : it->second.get();
+}
+
+ExternalReference& OdDbDatabase::externalReferenceFor(const BlockRecord* block) {
+  std::unique_ptr<ExternalReference>& slot = externalReferences_[block];
+  if (!slot) slot = std::make_unique<ExternalReference>();
+  return *slot;
 }
 
 size_t OdDbDatabase::entityCount() const {

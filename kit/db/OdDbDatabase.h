@@ -11,6 +11,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <unordered_map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,8 @@
 #include "kit/db/ObjectArena.h"
 #include "kit/db/Objects.h"
 #include "kit/db/SymbolTables.h"
+
+struct ExternalReference;
 
 // An application class a file declares (its CLASSES section).
 struct DatabaseClass {
@@ -108,6 +111,13 @@ public:
   // Entities in all blocks (attributes of block references not counted).
   size_t entityCount() const;
 
+  // ---- External references ----------------------------------------------------------------
+  // What became of the drawing an xref block names (kit/db/ExternalReference.h), or null for other
+  // blocks and for references nobody looked up yet.
+  const ExternalReference* externalReference(const BlockRecord* block) const;
+  // The same, created unresolved when missing.
+  ExternalReference& externalReferenceFor(const BlockRecord* block);
+
   const std::vector<DatabaseClass>& classes() const { return classes_; }
   std::vector<DatabaseClass>& classes() { return classes_; }
   LoadReport& loadReport() { return report_; }
@@ -170,6 +180,7 @@ private:
   Layout* currentPaperLayout_ = nullptr;  // set by setCurrentLayout
   LoadReport report_;
   std::string fileName_;
+  std::unordered_map<const BlockRecord*, std::unique_ptr<ExternalReference>> externalReferences_;
 };
 
 using OdDbDatabasePtr = std::shared_ptr<OdDbDatabase>;

@@ -3,37 +3,18 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
 #include "kit/db/DatabaseCompletion.h"
 #include "kit/host/DrawingFileReaders.h"
+#include "kit/host/ExternalReferenceLoading.h"
 #include "kit/host/ProgressMeter.h"
 
 namespace {
 
-std::string toUtf8(const OdString& text) {
-  std::string out;
-  for (const OdChar* p = text.c_str(); *p; ++p) {
-    const auto c = static_cast<char32_t>(*p);
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-    } else if (c < 0x800) {
-      out += static_cast<char>(0xC0 | (c >> 6));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-      out += static_cast<char>(0xE0 | (c >> 12));
-      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-      out += static_cast<char>(0xF0 | ((c >> 18) & 0x07));
-      out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-  }
-  return out;
-}
+std::string toUtf8(const OdString& text) { return odEncodeUtf8(text.str()); }
 
 bool isRegularFile(const std::string& path) {
   struct stat info {};
@@ -69,6 +50,16 @@ std::string findIgnoringCase(const std::string& path) {
   return matches == 1 ? match : std::string();
 }
 
+std::string findExactOrIgnoringCase(const std::string& path) {
+  return isRegularFile(path) ? path : findIgnoringCase(path);
+}
+
+// The directory part with its final "/", or empty.
+std::string directoryOf(const std::string& path) {
+  const auto separator = path.find_last_of("/\\");
+  return separator == std::string::npos ? std::string() : path.substr(0, separator + 1);
+}
+
 // Starts the meter for one load and stops it however the load ends.
 class MeteredLoad {
 public:
@@ -87,22 +78,38 @@ private:
 
 }  // namespace
 
-OdString OdDbHostAppServices::findFile(const OdString& fileName, OdDbDatabase*, int) {
+OdString OdDbHostAppServices::findFile(const OdString& fileName, OdDbDatabase* database, int) {
   if (fileName.isEmpty()) return OdString();
-  const std::string path = toUtf8(fileName);
-  if (isRegularFile(path)) return fileName;
-  const std::string found = findIgnoringCase(path);
+  std::string path = toUtf8(fileName);
+  std::replace(path.begin(), path.end(), '\\', '/');
+  if (database && path.front() != '/') {
+    const std::string folder = directoryOf(database->fileName());
+    if (!folder.empty()) {
+      const std::string found = findExactOrIgnoringCase(folder + path);
+      if (!found.empty()) return toOdString(found);
+    }
+  }
+  const std::string found = findExactOrIgnoringCase(path);
   return found.empty() ? OdString() : toOdString(found);
 }
 
 OdDbDatabasePtr OdDbHostAppServices::readFile(const OdString& path, bool /*partialLoad*/) {
-  MeteredLoad load(progressMeter(), path);
-  return readDrawingFile(toUtf8(path), false);
+  OdDbDatabasePtr database;
+  {
+    MeteredLoad load(progressMeter(), path);
+    database = readDrawingFile(toUtf8(path), false);
+  }
+  loadExternalReferences(*database, *this);
+  return database;
 }
 
 OdDbDatabasePtr OdDbHostAppServices::recoverFile(const OdString& path, OdDbAuditInfo* auditInfo) {
-  MeteredLoad load(progressMeter(), path);
-  OdDbDatabasePtr database = readDrawingFile(toUtf8(path), true);
+  OdDbDatabasePtr database;
+  {
+    MeteredLoad load(progressMeter(), path);
+    database = readDrawingFile(toUtf8(path), true);
+  }
+  loadExternalReferences(*database, *this);
   if (auditInfo) {
     const LoadReport& report = database->loadReport();
     auditInfo->numErrors = report.messages.size() + report.suppressedMessages;

@@ -25,21 +25,28 @@ public:
 
   virtual ~OdDbHostAppServices() = default;
 
-  // The kit's own search: the name as given, absolute or relative to the current directory; when
-  // no file has that exact name, the one file of the same directory whose name differs only in
-  // the case of ASCII letters (drawings made on other systems name their files loosely).
-  // Returns the path found, else an empty string.
+  // The kit's own search: the name as given, absolute or relative to the current directory; a
+  // relative name is first looked for beside the database's drawing, when a database is given
+  // (a drawing names the files it uses relative to its own folder). When no file has that exact
+  // name, the one file of the same directory whose name differs only in the case of ASCII letters
+  // counts (drawings made on other systems name their files loosely). "\\" separators count as
+  // "/". Returns the path found, else an empty string.
   virtual OdString findFile(const OdString& fileName, OdDbDatabase* database = nullptr,
                             int hint = kDefault);
 
-  // Reads a DWG or DXF file into a new database. Every load reads the whole file, so a partial
-  // load is a whole one. Throws OdError when the file cannot be read as it is.
+  // Reads a DWG or DXF file into a new database, with the drawings its external references name
+  // (kit/host/ExternalReferenceLoading.h). Every load reads the whole file, so a partial load is
+  // a whole one. Throws OdError when the file cannot be read as it is.
   virtual OdDbDatabasePtr readFile(const OdString& path, bool partialLoad = false);
   // Reads a damaged file as far as it can be read. The audit record, when given, receives the
   // number of problems found and fixed. Throws OdError only when nothing of a drawing can be read.
   virtual OdDbDatabasePtr recoverFile(const OdString& path, OdDbAuditInfo* auditInfo = nullptr);
   // A new database holding the standard records, for importers to fill.
   virtual OdDbDatabasePtr createDatabase();
+
+  // What the kit tells the application about a load that went on without something: an
+  // external reference whose drawing could not be found or read. Nothing by default.
+  virtual void warning(const OdString& /*message*/) {}
 
   // The meter that loads report to, or null for none.
   virtual OdDbHostAppProgressMeter* progressMeter() { return nullptr; }

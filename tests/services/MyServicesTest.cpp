@@ -175,6 +175,41 @@ TEST_F(Lookup, NameAsGivenWinsSilentlyAndEmptyNamesAreReturned) {
   EXPECT_EQ(Out(), "");
 }
 
+TEST_F(Lookup, ReferencesOfADrawingAreLookedForBesideItBeforeTheSearchList) {
+  Touch("more/chair.dxf");
+  fs::create_directories(root_ / "more/parts");
+  Touch("more/parts/lamp.dxf");
+  Touch("xrefs/chair.dxf");
+  MyServices services;
+  services.SetXrefPaths(Dir("xrefs"));
+  OdDbDatabase referencing;
+  referencing.setFileName((root_ / "more/room.dxf").string());
+  struct Case {
+    const char* saved;
+    const char* found;
+  };
+  const Case cases[] = {
+      {"chair.dxf", "more/chair.dxf"},
+      {"parts\\lamp.dxf", "more/parts/lamp.dxf"},
+      {"C:\\office\\xrefs\\chair.dxf", "more/chair.dxf"},  // saved elsewhere, copied beside it
+      {"..\\old\\gone.dxf", ""},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Relative(services.findFile(toOdString(c.saved), &referencing)), c.found) << c.saved;
+  }
+  // Without the drawing, the search list decides.
+  EXPECT_EQ(Relative(services.findFile(OdString(L"C:\\office\\xrefs\\chair.dxf"))), "xrefs/chair.dxf");
+}
+
+TEST_F(Lookup, ReferencesThatCannotBeDrawnAreTracedAsWarnings) {
+  MyServices services;
+  out_.str("");
+  services.warning(OdString(L"External reference \"A\" not found: a.dwg"));
+  SetTraceEnabled(false);
+  services.warning(OdString(L"silent"));
+  EXPECT_EQ(Out(), "Warning: External reference \"A\" not found: a.dwg\n");
+}
+
 TEST_F(Lookup, TracesOnlyWhileTracing) {
   SetTraceEnabled(false);
   MyServices services;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kit/db/ExternalReference.h"
 #include "kit/gi/GiClipStage.h"
 #include "kit/gi/GiClipping.h"
 
@@ -47,12 +48,26 @@ void GiRegenContext::drawNested(const Entity& entity) {
   else regenEntity(*this, entity);
 }
 
-const LayerRecord* GiRegenContext::effectiveLayer(const Entity& entity) const {
-  // Entities on layer 0 inside a block take the layer of the reference that shows them.
-  if (!frames_.empty() && (isLayerZero(entity.layer) || !entity.layer) && frames_.back().layer) {
-    return frames_.back().layer;
+const OdDbDatabase& GiRegenContext::database() const {
+  for (auto frame = frames_.rbegin(); frame != frames_.rend(); ++frame) {
+    if (frame->xref && frame->xref->drawing) return *frame->xref->drawing;
   }
-  return entity.layer;
+  return db_;
+}
+
+// Each external reference maps the records of its drawing to those of the drawing around it.
+template <class Record>
+const Record* GiRegenContext::hostRecord(const Record* record) const {
+  for (auto frame = frames_.rbegin(); frame != frames_.rend() && record; ++frame) {
+    if (frame->xref) record = frame->xref->hostRecord(record);
+  }
+  return record;
+}
+
+const LayerRecord* GiRegenContext::effectiveLayer(const Entity& entity) const {
+  const LayerRecord* layer = hostRecord(entity.layer);
+  if (!frames_.empty() && (isLayerZero(layer) || !layer) && frames_.back().layer) return frames_.back().layer;
+  return layer;
 }
 
 bool GiRegenContext::isLayerVisible(const LayerRecord* layer) const {
@@ -72,7 +87,7 @@ OdCmEntityColor GiRegenContext::resolveColor(const OdCmEntityColor& color, const
 }
 
 const LinetypeRecord* GiRegenContext::resolveLinetype(const Entity& entity) const {
-  const LinetypeRecord* lt = entity.linetype;
+  const LinetypeRecord* lt = hostRecord(entity.linetype);
   if (!lt || lt->isByLayer()) {
     const LayerRecord* layer = effectiveLayer(entity);
     lt = layer ? layer->linetype : nullptr;

@@ -14,6 +14,7 @@
 #include "kit/gi/regen/GiRegenHost.h"
 
 class GiClipStage;
+struct ExternalReference;
 
 // Traits a block reference passes to the entities inside it that say "by block", and the layer
 // its layer-0 entities take.
@@ -26,6 +27,9 @@ struct GiBlockFrame {
   const LayerRecord* layer = nullptr;
   const Entity* owner = nullptr;  // the block reference (or dimension, table ...)
   const BlockRecord* block = nullptr;
+  // Set for the contents of an external reference: they belong to the referenced drawing, and
+  // their layers and linetypes stand for the host's "block|name" records.
+  const ExternalReference* xref = nullptr;
   OdGeMatrix3d transform;  // block coordinates to world
   bool clipped = false;    // a clip boundary was pushed for this frame
 };
@@ -34,7 +38,10 @@ class GiRegenContext {
 public:
   GiRegenContext(const OdDbDatabase& db, OdGiConveyorGeometry& output, GiRegenHost* host = nullptr);
 
-  const OdDbDatabase& database() const { return db_; }
+  // The database of what is being drawn: inside an external reference, the referenced drawing.
+  const OdDbDatabase& database() const;
+  // The database the regeneration was started for.
+  const OdDbDatabase& hostDatabase() const { return db_; }
   GiRegenHost* host() const { return host_; }
 
   // ---- Output -------------------------------------------------------------------------------
@@ -82,6 +89,8 @@ public:
   void drawBlockEntities(const BlockRecord& block);
 
   // ---- Resolution ---------------------------------------------------------------------------
+  // The entity's layer as the host drawing knows it (through the external references around it);
+  // entities on layer 0 inside a block take the layer of the reference that shows them.
   const LayerRecord* effectiveLayer(const Entity& entity) const;
   bool isLayerVisible(const LayerRecord* layer) const;
   // Layers frozen in the viewport being drawn.
@@ -110,6 +119,9 @@ public:
 
 private:
   void applyTransform();
+  // A record of the drawing being drawn as the host drawing knows it.
+  template <class Record>
+  const Record* hostRecord(const Record* record) const;
 
   const OdDbDatabase& db_;
   GiRegenHost* host_;

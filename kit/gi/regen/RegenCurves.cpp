@@ -12,9 +12,10 @@ namespace {
 
 // The symbol PDMODE asks for around a point: 0 a dot, 1 nothing, 2 a cross, 3 an x, 4 a tick
 // upwards; plus 32 a circle, plus 64 a square. PDSIZE > 0 is absolute, < 0 a percentage of the
-// view's height, 0 five percent of it.
+// view's height, 0 five percent of it. Both are the host drawing's, points of external references
+// included.
 void drawPointSymbol(GiRegenContext& ctx, const PointEntity& e) {
-  const DatabaseHeader& header = ctx.database().header();
+  const DatabaseHeader& header = ctx.hostDatabase().header();
   int mode = header.pdMode;
   double size = header.pdSize;
   if (size <= 0.0) size = ctx.viewHeight() * (size < 0.0 ? -size : 5.0) / 100.0;

@@ -1,9 +1,11 @@
-// Block references: the block's entities through the reference's transform (and for arrays once
-// per row and column), by-block traits from the reference, the clip boundary of a clipped
-// reference, then the reference's attributes.
+// Block references: the block's entities (for an external reference, the referenced drawing's
+// model space) through the reference's transform (and for arrays once per row and column),
+// by-block traits from the reference, the clip boundary of a clipped reference, then the
+// reference's attributes.
 #include <algorithm>
 #include <cmath>
 
+#include "kit/db/ExternalReference.h"
 #include "kit/gi/GiClipStage.h"
 #include "kit/gi/regen/RegenEntities.h"
 
@@ -55,6 +57,22 @@ void pushClip(GiRegenContext& ctx, const std::vector<OdGePoint3d>& boundary) {
   ctx.markFrameClipped();
 }
 
+// What a reference to a block draws: the block's own entities, or for an external reference the
+// referenced drawing's model space (nothing while that drawing is not loaded).
+struct BlockContent {
+  const BlockRecord* entities = nullptr;
+  const ExternalReference* xref = nullptr;
+  OdGePoint3d basePoint;
+};
+
+BlockContent contentOf(const GiRegenContext& ctx, const BlockRecord* block) {
+  if (!block) return {};
+  if (!block->isFromExternalReference()) return {block, nullptr, block->basePoint};
+  const ExternalReference* xref = ctx.database().externalReference(block);
+  if (!xref || !xref->isResolved()) return {};
+  return {xref->content(), xref, xref->basePoint()};
+}
+
 void drawAttributes(GiRegenContext& ctx, const BlockReferenceEntity& e, const GiBlockFrame& frame) {
   if (e.attributes.empty()) return;
   // Attributes are placed in the coordinates the reference itself lives in, and take by-block
@@ -74,18 +92,20 @@ void drawAttributes(GiRegenContext& ctx, const BlockReferenceEntity& e, const Gi
 void regenBlockReference(GiRegenContext& ctx, const BlockReferenceEntity& e) {
   const BlockRecord* block = e.block;
   GiBlockFrame frame = ctx.frameFor(e, block);
-  if (block && !block->entities.empty()) {
+  const BlockContent content = contentOf(ctx, block);
+  if (content.entities && !content.entities->entities.empty()) {
     int rows = std::max<int>(1, e.rowCount), columns = std::max<int>(1, e.columnCount);
     if (int64_t(rows) * columns > kMaxArrayCells) rows = int(std::max<int64_t>(1, kMaxArrayCells / columns));
     std::vector<OdGePoint3d> clip = clipBoundaryInBlock(ctx, e);
     for (int r = 0; r < rows; ++r) {
       for (int c = 0; c < columns; ++c) {
         GiBlockFrame cell = frame;
+        cell.xref = content.xref;
         cell.transform = ctx.blockTransform() *
-                         referenceTransform(e, block->basePoint, c * e.columnSpacing, r * e.rowSpacing);
+                         referenceTransform(e, content.basePoint, c * e.columnSpacing, r * e.rowSpacing);
         if (!ctx.pushFrame(cell)) return;
         pushClip(ctx, clip);
-        ctx.drawBlockEntities(*block);
+        ctx.drawBlockEntities(*content.entities);
         ctx.popBlock();
       }
     }
