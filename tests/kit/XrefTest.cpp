@@ -245,6 +245,7 @@ TEST_F(XrefTest, ClipOfTheInsertCutsTheReferencedDrawing) {
   };
   auto* filter = db->newObject<SpatialFilterObject>();
   filter->boundary = {{5, -5}, {25, 4}};
+  filter->displayBoundary = true;  // the clip is on
   addObject(filter);
   auto* filters = db->newObject<Dictionary>();
   filters->entries.push_back({"SPATIAL", filter->handle});
