@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
+#include "kit/gi/GiPerspectiveStage.h"
 #include "kit/gi/OdGiGeometrySimplifier.h"
 #include "kit/gs/DrawOrder.h"
 #include "kit/gs/GeomExtents.h"
@@ -293,10 +295,24 @@ void OdGsBaseVectorizeViewDef::update() {
   applyDepthClipping(clip);
   clip.setDeviation(this);
   clip.setDrawContext(this);
-  GiRegenContext ctx(*db, clip, this);
+  // A perspective view regenerates in eye coordinates; its stage projects them onto the device.
+  std::optional<GiPerspectiveStage> perspective;
+  double cameraDistance = position_.distanceTo(target_);
+  double eyeDeviation = deviceDeviation_ / eyeToDeviceMatrix().entry[2][2];
+  if (perspective_ && finitePositive(cameraDistance) && finitePositive(eyeDeviation)) {
+    perspective.emplace(&clip, cameraDistance, eyeToDeviceMatrix());
+    perspective->setDefaultDeviation(eyeDeviation);
+    perspective->setDrawContext(this);
+  }
+  GiRegenContext ctx(*db, perspective ? static_cast<OdGiConveyorGeometry&>(*perspective) : clip, this);
   ctx.setClipStage(&clip);
-  ctx.setViewTransform(worldToDeviceMatrix());
-  ctx.setOutputDeviation(deviceDeviation_);
+  if (perspective) {
+    ctx.setViewTransform(worldToEyeMatrix());
+    ctx.setOutputDeviation(eyeDeviation);
+  } else {
+    ctx.setViewTransform(worldToDeviceMatrix());
+    ctx.setOutputDeviation(deviceDeviation_);
+  }
   ctx.setViewportFrozenLayers(frozen_);
   ctx.setLinetypeViewFactor(linetypeFactor_);
   ctx.setViewHeight(fieldHeight_);

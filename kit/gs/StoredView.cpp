@@ -84,7 +84,11 @@ void applyStoredView(OdGsView& view, const StoredView& stored) {
   OdGePoint3d centre = stored.target + xs * cx + ys * cy;
   double h = finitePositive(stored.height) ? stored.height : 1.0;
   double w = finitePositive(stored.width) ? stored.width : h;
-  view.setView(centre + dir, centre, ys, w, h, stored.perspective ? OdGsView::kPerspective : OdGsView::kParallel);
+  // A perspective view's camera stands as far from the target as the stored direction is long.
+  double distance = stored.perspective && isFinite(stored.direction) ? stored.direction.length() : 1.0;
+  if (!finitePositive(distance)) distance = 1.0;
+  view.setView(centre + dir * distance, centre, ys, w, h,
+               stored.perspective ? OdGsView::kPerspective : OdGsView::kParallel);
   if (finitePositive(stored.lensLength)) view.setLensLength(stored.lensLength);
   // The planes are measured from the target; the view's eye space has its origin at the centre,
   // which lies in the target's plane, so the distances hold as they are. A front plane "at the

@@ -13,7 +13,7 @@ struct StoredView {
   double twist = 0.0;
   double width = 1.0;
   double height = 1.0;
-  bool perspective = false;  // kept as the view's flag; views are drawn in parallel projection
+  bool perspective = false;  // seen from a camera at target + direction, else in parallel
   double lensLength = 50.0;
   // Clip distances along the direction from the target (positive towards the eye).
   bool frontClip = false;

@@ -144,6 +144,28 @@ TEST_F(GsSavedView, FrontAndBackPlanesCutAlongTheSight) {
   EXPECT_EQ(rig.sink.ofKind("polyline").size(), 2u);
 }
 
+TEST_F(GsSavedView, PerspectiveEnlargesWhatIsNearerTheCamera) {
+  BlockRecord& model = *rig.db->modelSpace();
+  model.entities.clear();
+  addLine(*rig.db, model, {0, 0, 0}, {4, 0, 0});  // in the target's plane: its size kept
+  addLine(*rig.db, model, {0, 2, 5}, {4, 2, 5});  // half way to the camera: twice as long
+  addLine(*rig.db, model, {0, 4, 5}, {0, 4, 20});  // reaching behind the camera: cut short of it
+  StoredView v = looking({0, 0, 10});
+  v.perspective = true;
+  auto lines = drawView(v);
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_NEAR(lines[0].points.back().x - lines[0].points.front().x, 4 * 50, 1e-6);
+  EXPECT_NEAR(lines[1].points.back().x - lines[1].points.front().x, 8 * 50, 1e-6);
+  EXPECT_NEAR(lines[1].points.front().y, 500 + 4 * 50, 1e-6);
+  for (const OdGePoint3d& p : lines[2].points) EXPECT_TRUE(std::isfinite(p.y));
+  EXPECT_LT(lines[2].points.back().z / 50, 10.0);
+  // The same view in parallel keeps every length.
+  v.perspective = false;
+  lines = drawView(v);
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_NEAR(lines[1].points.back().x - lines[1].points.front().x, 4 * 50, 1e-6);
+}
+
 TEST_F(GsSavedView, DegenerateStoredValuesStillDrawInPlan) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double inf = std::numeric_limits<double>::infinity();
