@@ -170,6 +170,19 @@ TEST(SavedViewOutput, NamedViewsKeepTheirDirectionTwistAndClipping) {
   EXPECT_NEAR(std::fabs(cut[1].y - cut[0].y) / wholeWidth, 0.6, 1e-6);
 }
 
+TEST(SavedViewOutput, PerspectiveViewShrinksTheFarFace) {
+  // A camera 30 from the cube's centre: the near face (25 away) and the far one (35 away) are
+  // drawn in the ratio 35 : 25. Both are squares centred on the page.
+  const std::string svg = Convert(Drawings() / "iso_box.dxf", "-VIEW=CAMERA");
+  std::vector<double> widths;
+  for (const auto& line : PathPoints(svg)) {
+    if (line.size() == 2 && line[0].y == line[1].y) widths.push_back(std::fabs(line[1].x - line[0].x));
+  }
+  ASSERT_FALSE(widths.empty());
+  const auto [narrow, wide] = std::minmax_element(widths.begin(), widths.end());
+  EXPECT_NEAR(*wide / *narrow, 35.0 / 25.0, 1e-6);
+}
+
 TEST(SavedViewOutput, LayoutViewportsShowTheirOwnViews) {
   const std::string svg = Convert(Drawings() / "iso_layout.dxf", "-LAYOUT=Layout1");
   std::vector<std::vector<Point>> paths = PathPoints(svg);

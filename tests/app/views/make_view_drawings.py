@@ -2,7 +2,8 @@
 """Writes the drawings of the saved-view tests (run from this folder with python3-ezdxf):
 
 iso_box.dxf    a 10-unit wire cube with a diagonal, saved in a south-east isometric view, with named
-               views looking from the front, twisted, and cut by front and back clipping planes.
+               views looking from the front, twisted, cut by front and back clipping planes, and
+               from a camera in perspective.
 iso_layout.dxf a layout whose viewports look at the cube from above, isometrically and clipped
                by a polyline, and one with a zero direction (drawn in plan).
 """
@@ -42,6 +43,9 @@ def iso_box():
         # the cube's front and back faces are cut away, its diagonal is cut short.
         ("SLICE", dict(direction=(0, -1, 0), target=(5, 5, 5), center=(0, 0), height=12, width=12,
                        view_mode=2 | 4 | 16, front_clipping=3, back_clipping=-3)),
+        # A camera 30 units from the cube's centre: the near edges come out longer than the far.
+        ("CAMERA", dict(direction=(0, -30, 0), target=(5, 5, 5), center=(0, 0), height=12, width=12,
+                        view_mode=1, focal_length=50)),
     ]
     for name, attribs in views:
         view = doc.views.new(name)
