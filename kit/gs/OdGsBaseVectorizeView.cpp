@@ -296,16 +296,22 @@ void OdGsBaseVectorizeViewDef::update() {
   clip.setDeviation(this);
   clip.setDrawContext(this);
   // A perspective view regenerates in eye coordinates; its stage projects them onto the device.
+  // The outlines of clipped references then cut in eye coordinates, ahead of the projection.
   std::optional<GiPerspectiveStage> perspective;
+  std::optional<GiClipStage> eyeClip;
   double cameraDistance = position_.distanceTo(target_);
   double eyeDeviation = deviceDeviation_ / eyeToDeviceMatrix().entry[2][2];
   if (perspective_ && finitePositive(cameraDistance) && finitePositive(eyeDeviation)) {
     perspective.emplace(&clip, cameraDistance, eyeToDeviceMatrix());
     perspective->setDefaultDeviation(eyeDeviation);
     perspective->setDrawContext(this);
+    eyeClip.emplace(&*perspective);
+    eyeClip->setDefaultDeviation(eyeDeviation);
+    eyeClip->setDrawContext(this);
   }
-  GiRegenContext ctx(*db, perspective ? static_cast<OdGiConveyorGeometry&>(*perspective) : clip, this);
-  ctx.setClipStage(&clip);
+  GiClipStage& referenceClip = eyeClip ? *eyeClip : clip;
+  GiRegenContext ctx(*db, referenceClip, this);
+  ctx.setClipStage(&referenceClip);
   if (perspective) {
     ctx.setViewTransform(worldToEyeMatrix());
     ctx.setOutputDeviation(eyeDeviation);
