@@ -9,6 +9,7 @@
 #include "converter/VectorizationObjects.h"
 #include "kit/base/OdError.h"
 #include "kit/gs/GeomExtents.h"
+#include "kit/gs/StoredView.h"
 #include "projects/common/CommonRoutines.h"
 #include "services/Trace.h"
 
@@ -23,13 +24,33 @@ void ShowPlan(OdGsView& view, const OdGePoint3d& center, double fieldWidth, doub
                std::max(fieldWidth, 1e-9), std::max(fieldHeight, 1e-9));
 }
 
-// A named view's centre is in its own plane around the target.
-void ShowNamedView(OdGsView& view, const OdDbViewTableRecord& record) {
-  OdGeVector3d direction = record.direction;
-  if (direction.length() < 1e-12) direction = OdGeVector3d(0.0, 0.0, 1.0);
-  const OdGePoint3d center = record.target + OdGeVector3d(record.center.x, record.center.y, 0.0);
-  view.setView(center + direction, center, OdGeVector3d(0.0, 1.0, 0.0), std::max(record.width, 1e-9),
-               std::max(record.height, 1e-9));
+// The view looks straight down z with y up: the drawing's plan, fitted to the header's box.
+bool LooksInPlan(const OdGsView& view) {
+  const OdGeVector3d sight = view.position() - view.target();
+  const OdGeVector3d up = view.upVector();
+  return sight.x == 0.0 && sight.y == 0.0 && sight.z > 0.0 && up.x == 0.0 && up.z == 0.0 && up.y > 0.0;
+}
+
+// Keeps the view's direction and twist and fits it to what model space draws as seen that way
+// (the header box's corners when nothing can be measured): a 3D drawing fills the page as the
+// saved view shows it.
+void FitAlongSight(OdGsView& view, const OdDbDatabase& db, const OdGePoint3d& low, const OdGePoint3d& high,
+                   double margin) {
+  const OdGeMatrix3d toEye = view.worldToEyeMatrix();
+  OdGeExtents3d eye;
+  if (!db.modelSpace() || !blockGeomExtents(db, *db.modelSpace(), toEye, eye)) {
+    for (int i = 0; i < 8; ++i) {
+      eye.addPoint(toEye.transform(OdGePoint3d((i & 1) ? high.x : low.x, (i & 2) ? high.y : low.y,
+                                               (i & 4) ? high.z : low.z)));
+    }
+  }
+  if (!eye.isValidExtents()) return;
+  const OdGePoint3d centre((eye.minPoint.x + eye.maxPoint.x) / 2.0, (eye.minPoint.y + eye.maxPoint.y) / 2.0, 0.0);
+  const OdGePoint3d target = view.eyeToWorldMatrix().transform(centre);
+  const OdGeVector3d sight = view.position() - view.target();
+  view.setView(target + sight, target, view.upVector(), std::max((eye.maxPoint.x - eye.minPoint.x) * margin, 1e-9),
+               std::max((eye.maxPoint.y - eye.minPoint.y) * margin, 1e-9),
+               view.isPerspective() ? OdGsView::kPerspective : OdGsView::kParallel);
 }
 
 double Clamp(double value) { return std::clamp(value, -kExtentsLimit, kExtentsLimit); }
@@ -127,11 +148,14 @@ void CDm2017::ProcessModelSpace(const OdString& namedView) {
         high = geometric.maxPoint;
         valid = true;
       }
-      if (valid) {
+      const bool plan = LooksInPlan(*view);
+      if (valid && plan) {
         const OdGePoint3d center((low.x + high.x) / 2.0, (low.y + high.y) / 2.0, 0.0);
         ShowPlan(*view, center, (high.x - low.x) * 1.02, (high.y - low.y) * 1.02);
+      } else if (valid) {
+        FitAlongSight(*view, *g_pDb, low, high, zoomExtents ? 1.0 : 1.02);
       }
-      if (zoomExtents) {
+      if (zoomExtents && plan) {
         TraceMessage("    Zoom to GeomExtents");
         TraceMessage("Calculate Geometric Extents");
         TraceMessage("    Open id");
@@ -149,7 +173,7 @@ void CDm2017::ProcessModelSpace(const OdString& namedView) {
       std::string utf8;
       if (!namedView.isEmpty()) {
         if (const OdDbViewTableRecord* record = g_pDb->views().find(OdStringToUtf8(utf8, namedView))) {
-          ShowNamedView(*view, *record);
+          applyStoredView(*view, storedViewOf(*record));
         }
       }
     }

@@ -6,17 +6,35 @@
 #include "kit/gi/GiPolygonHoles.h"
 
 void GiClipStage::pushBoundary(std::vector<OdGePoint2d> boundary) {
-  if (boundary.size() > 1 && boundary.front() == boundary.back()) boundary.pop_back();
-  boundaries_.push_back(std::move(boundary));
+  gi::ClipLoops loops;
+  loops.push_back(std::move(boundary));
+  pushBoundary(std::move(loops));
+}
+
+void GiClipStage::pushBoundary(gi::ClipLoops loops) {
+  for (auto& loop : loops) {
+    if (loop.size() > 1 && loop.front() == loop.back()) loop.pop_back();
+  }
+  boundaries_.push_back(std::move(loops));
 }
 
 void GiClipStage::popBoundary() {
   if (!boundaries_.empty()) boundaries_.pop_back();
 }
 
+void GiClipStage::setDepthLimits(double zmin, double zmax) {
+  zmin_ = std::isnan(zmin) ? -HUGE_VAL : zmin;
+  zmax_ = std::isnan(zmax) ? HUGE_VAL : zmax;
+  depthLimited_ = std::isfinite(zmin_) || std::isfinite(zmax_);
+}
+
 GiClipStage::Where GiClipStage::locate(const OdGeExtents3d& box) const {
   if (!box.isValidExtents()) return Where::kOutside;
   bool crossing = false;
+  if (depthLimited_) {
+    if (box.maxPoint.z < zmin_ || box.minPoint.z > zmax_) return Where::kOutside;
+    crossing = box.minPoint.z < zmin_ || box.maxPoint.z > zmax_;
+  }
   for (const auto& boundary : boundaries_) {
     gi::BoxRelation relation = gi::boxRelation(box, boundary);
     if (relation == gi::BoxRelation::kOutside) return Where::kOutside;
@@ -26,15 +44,16 @@ GiClipStage::Where GiClipStage::locate(const OdGeExtents3d& box) const {
 }
 
 GiClipStage::Where GiClipStage::locate(int32_t numPoints, const OdGePoint3d* points) const {
-  if (boundaries_.empty()) return Where::kInside;
+  if (!isClipping()) return Where::kInside;
   OdGeExtents3d box;
   for (int32_t i = 0; i < numPoints; ++i) box.addPoint(points[i]);
   return locate(box);
 }
 
 bool GiClipStage::pointInside(const OdGePoint3d& p) const {
+  if (!depthInside(p.z)) return false;
   for (const auto& boundary : boundaries_) {
-    if (boundary.size() < 3 || !gi::pointInPolygon(p.to2d(), boundary)) return false;
+    if (!gi::pointInRegion(p.to2d(), boundary)) return false;
   }
   return true;
 }
@@ -49,7 +68,10 @@ void GiClipStage::polylineOut(int32_t numPoints, const OdGePoint3d* vertexList) 
     case Where::kOutside: return;
     case Where::kCrossing: break;
   }
-  std::vector<std::vector<OdGePoint3d>> pieces = {std::vector<OdGePoint3d>(vertexList, vertexList + numPoints)};
+  std::vector<OdGePoint3d> points(vertexList, vertexList + numPoints);
+  std::vector<std::vector<OdGePoint3d>> pieces;
+  if (depthLimited_) pieces = gi::clipPolylineToDepth(points, zmin_, zmax_);
+  else pieces.push_back(std::move(points));
   for (const auto& boundary : boundaries_) {
     std::vector<std::vector<OdGePoint3d>> next;
     for (const auto& piece : pieces) {
@@ -67,12 +89,23 @@ void GiClipStage::polygonOut(int32_t numPoints, const OdGePoint3d* vertexList) {
     case Where::kOutside: return;
     case Where::kCrossing: break;
   }
-  std::vector<OdGePoint3d> area(vertexList, vertexList + numPoints);
+  std::vector<std::vector<OdGePoint3d>> areas = {std::vector<OdGePoint3d>(vertexList, vertexList + numPoints)};
+  if (depthLimited_) areas.front() = gi::clipPolygonToDepth(areas.front(), zmin_, zmax_);
   for (const auto& boundary : boundaries_) {
-    area = gi::clipPolygon(area, boundary);
-    if (area.empty()) return;
+    std::vector<std::vector<OdGePoint3d>> next;
+    for (const auto& area : areas) {
+      if (area.empty()) continue;
+      if (boundary.size() == 1) {
+        next.push_back(gi::clipPolygon(area, boundary.front()));
+        continue;
+      }
+      for (auto& cut : gi::clipPolygon(area, boundary)) next.push_back(std::move(cut));
+    }
+    areas = std::move(next);
   }
-  dest_->polygonProc(int32_t(area.size()), area.data());
+  for (const auto& area : areas) {
+    if (!area.empty()) dest_->polygonProc(int32_t(area.size()), area.data());
+  }
 }
 
 void GiClipStage::polylineProc(int32_t numPoints, const OdGePoint3d* vertexList, const OdGeVector3d* normal,
@@ -99,7 +132,7 @@ void GiClipStage::polygonProc(int32_t numPoints, const OdGePoint3d* vertexList, 
 
 void GiClipStage::plineProc(const OdGiPolyline& polyline, const OdGeMatrix3d* transform, uint32_t fromIndex,
                             uint32_t numSegs) {
-  if (boundaries_.empty()) {
+  if (!isClipping()) {
     if (dest_) dest_->plineProc(polyline, transform, fromIndex, numSegs);
     return;
   }
@@ -143,7 +176,7 @@ void GiClipStage::circleProc(const OdGePoint3d& center, double radius, const OdG
                              const OdGeVector3d* extrusion) {
   double r = std::fabs(radius);
   OdGeExtents3d box({center.x - r, center.y - r, center.z - r}, {center.x + r, center.y + r, center.z + r});
-  Where where = boundaries_.empty() ? Where::kInside : locate(box);
+  Where where = isClipping() ? locate(box) : Where::kInside;
   if (where == Where::kInside && dest_) dest_->circleProc(center, radius, normal, extrusion);
   if (where == Where::kCrossing) OdGiGeometrySimplifier::circleProc(center, radius, normal, extrusion);
 }
@@ -153,7 +186,7 @@ void GiClipStage::circularArcProc(const OdGePoint3d& center, double radius, cons
                                   const OdGeVector3d* extrusion) {
   double r = std::fabs(radius);
   OdGeExtents3d box({center.x - r, center.y - r, center.z - r}, {center.x + r, center.y + r, center.z + r});
-  Where where = boundaries_.empty() ? Where::kInside : locate(box);
+  Where where = isClipping() ? locate(box) : Where::kInside;
   if (where == Where::kInside && dest_) {
     dest_->circularArcProc(center, radius, normal, startVector, sweepAngle, arcType, extrusion);
   }
@@ -167,7 +200,7 @@ void GiClipStage::ellipArcProc(const OdGeEllipArc3d& ellipArc, const OdGePoint3d
   double r = std::max(ellipArc.majorRadius(), ellipArc.minorRadius());
   const OdGePoint3d& c = ellipArc.center();
   OdGeExtents3d box({c.x - r, c.y - r, c.z - r}, {c.x + r, c.y + r, c.z + r});
-  Where where = boundaries_.empty() ? Where::kInside : locate(box);
+  Where where = isClipping() ? locate(box) : Where::kInside;
   if (where == Where::kInside && dest_) dest_->ellipArcProc(ellipArc, endPointOverrides, arcType, extrusion);
   if (where == Where::kCrossing) OdGiGeometrySimplifier::ellipArcProc(ellipArc, endPointOverrides, arcType, extrusion);
 }
@@ -208,7 +241,7 @@ void GiClipStage::rasterImageProc(const OdGePoint3d& origin, const OdGeVector3d&
 
 void GiClipStage::polypointProc(int32_t numPoints, const OdGePoint3d* vertexList, const OdGeVector3d* normals) {
   if (!dest_) return;
-  if (boundaries_.empty()) {
+  if (!isClipping()) {
     dest_->polypointProc(numPoints, vertexList, normals);
     return;
   }

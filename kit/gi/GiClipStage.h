@@ -1,11 +1,14 @@
 // A conveyor stage that keeps only what lies inside its clip boundaries (a paper-space
-// viewport's outline, the boundary of a clipped block reference), working in the xy plane.
+// viewport's outline, the boundary of a clipped block reference), working in the xy plane, and
+// between two depths in z (a view's back and front clipping planes).
 // Primitives wholly inside pass unchanged and wholly outside are dropped; only those crossing a
 // boundary are broken into point lists and cut. Texts pass when their position is inside.
 #pragma once
 
+#include <cmath>
 #include <vector>
 
+#include "kit/gi/GiClipping.h"
 #include "kit/gi/OdGiGeometrySimplifier.h"
 
 class GiClipStage : public OdGiGeometrySimplifier {
@@ -15,9 +18,13 @@ public:
 
   // Boundaries are closed loops (first point not repeated); a primitive must lie inside all.
   void pushBoundary(std::vector<OdGePoint2d> boundary);
+  // A boundary of several loops, inside where an odd number of them hold a point.
+  void pushBoundary(gi::ClipLoops loops);
   void popBoundary();
   size_t boundaryCount() const { return boundaries_.size(); }
-  bool isClipping() const { return !boundaries_.empty(); }
+  // Keeps what lies within zmin <= z <= zmax; infinite limits cut nothing on their side.
+  void setDepthLimits(double zmin, double zmax);
+  bool isClipping() const { return !boundaries_.empty() || depthLimited_; }
 
   void plineProc(const OdGiPolyline& polyline, const OdGeMatrix3d* transform = nullptr, uint32_t fromIndex = 0,
                  uint32_t numSegs = 0) override;
@@ -62,7 +69,11 @@ private:
   Where locate(const OdGeExtents3d& box) const;
   Where locate(int32_t numPoints, const OdGePoint3d* points) const;
   bool pointInside(const OdGePoint3d& p) const;
+  bool depthInside(double z) const { return z >= zmin_ && z <= zmax_; }
 
   OdGiConveyorGeometry* dest_;
-  std::vector<std::vector<OdGePoint2d>> boundaries_;
+  std::vector<gi::ClipLoops> boundaries_;
+  bool depthLimited_ = false;
+  double zmin_ = -HUGE_VAL;
+  double zmax_ = HUGE_VAL;
 };

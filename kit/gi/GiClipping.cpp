@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "kit/gi/GiPolygonHoles.h"
 
@@ -31,10 +32,9 @@ namespace {
 
 OdGePoint3d lerp(const OdGePoint3d& a, const OdGePoint3d& b, double t) { return a + (b - a) * t; }
 
-// Parameters along a -> b where the segment crosses clip edges, sorted.
-void crossings(const OdGePoint3d& a, const OdGePoint3d& b, const std::vector<OdGePoint2d>& clip,
-               std::vector<double>& ts) {
-  ts.clear();
+// Appends the parameters along a -> b where the segment crosses clip edges.
+void appendCrossings(const OdGePoint3d& a, const OdGePoint3d& b, const std::vector<OdGePoint2d>& clip,
+                     std::vector<double>& ts) {
   double dx = b.x - a.x, dy = b.y - a.y;
   for (size_t i = 0; i < clip.size(); ++i) {
     const OdGePoint2d& c = clip[i];
@@ -46,6 +46,13 @@ void crossings(const OdGePoint3d& a, const OdGePoint3d& b, const std::vector<OdG
     double u = ((c.x - a.x) * dy - (c.y - a.y) * dx) / denom;
     if (t > 0.0 && t < 1.0 && u >= 0.0 && u <= 1.0) ts.push_back(t);
   }
+}
+
+// Parameters along a -> b where the segment crosses clip edges, sorted.
+void crossings(const OdGePoint3d& a, const OdGePoint3d& b, const std::vector<OdGePoint2d>& clip,
+               std::vector<double>& ts) {
+  ts.clear();
+  appendCrossings(a, b, clip, ts);
   std::sort(ts.begin(), ts.end());
 }
 
@@ -73,6 +80,37 @@ bool isAxisRectangle(const std::vector<OdGePoint2d>& clip, const Box2d& box) {
   return true;
 }
 
+// The inside pieces of a point list: each segment is split where `crossingsOf` says it crosses
+// the outline, and each part kept when `inside` holds its middle.
+template <class Crossings, class Inside>
+std::vector<std::vector<OdGePoint3d>> cutAtCrossings(const std::vector<OdGePoint3d>& points, Crossings crossingsOf,
+                                                     Inside inside) {
+  std::vector<std::vector<OdGePoint3d>> pieces;
+  std::vector<OdGePoint3d> current;
+  std::vector<double> ts;
+  for (size_t i = 0; i + 1 < points.size(); ++i) {
+    const OdGePoint3d& a = points[i];
+    const OdGePoint3d& b = points[i + 1];
+    crossingsOf(a, b, ts);
+    double prev = 0.0;
+    ts.push_back(1.0);
+    for (double t : ts) {
+      OdGePoint3d mid = lerp(a, b, 0.5 * (prev + t));
+      if (inside(mid.to2d())) {
+        OdGePoint3d from = lerp(a, b, prev);
+        if (current.empty()) current.push_back(from);
+        current.push_back(t == 1.0 ? b : lerp(a, b, t));
+      } else if (!current.empty()) {
+        pieces.push_back(std::move(current));
+        current.clear();
+      }
+      prev = t;
+    }
+  }
+  if (!current.empty()) pieces.push_back(std::move(current));
+  return pieces;
+}
+
 }  // namespace
 
 std::vector<std::vector<OdGePoint3d>> clipPolyline(const std::vector<OdGePoint3d>& points,
@@ -91,30 +129,9 @@ std::vector<std::vector<OdGePoint3d>> clipPolyline(const std::vector<OdGePoint3d
     if (pointInPolygon(points[0].to2d(), clip)) pieces.push_back(points);
     return pieces;
   }
-  std::vector<OdGePoint3d> current;
-  std::vector<double> ts;
-  for (size_t i = 0; i + 1 < points.size(); ++i) {
-    const OdGePoint3d& a = points[i];
-    const OdGePoint3d& b = points[i + 1];
-    crossings(a, b, clip, ts);
-    double prev = 0.0;
-    ts.push_back(1.0);
-    for (double t : ts) {
-      OdGePoint3d mid = lerp(a, b, 0.5 * (prev + t));
-      bool inside = pointInPolygon(mid.to2d(), clip);
-      if (inside) {
-        OdGePoint3d from = lerp(a, b, prev);
-        if (current.empty()) current.push_back(from);
-        current.push_back(t == 1.0 ? b : lerp(a, b, t));
-      } else if (!current.empty()) {
-        pieces.push_back(std::move(current));
-        current.clear();
-      }
-      prev = t;
-    }
-  }
-  if (!current.empty()) pieces.push_back(std::move(current));
-  return pieces;
+  return cutAtCrossings(
+      points, [&](const OdGePoint3d& a, const OdGePoint3d& b, std::vector<double>& ts) { crossings(a, b, clip, ts); },
+      [&](const OdGePoint2d& p) { return pointInPolygon(p, clip); });
 }
 
 std::vector<OdGePoint3d> clipPolygon(const std::vector<OdGePoint3d>& points, const std::vector<OdGePoint2d>& clip) {
@@ -134,6 +151,67 @@ std::vector<OdGePoint3d> clipPolygon(const std::vector<OdGePoint3d>& points, con
       const OdGePoint3d& p = result[k];
       const OdGePoint3d& q = result[(k + 1) % result.size()];
       double sp = side(p), sq = side(q);
+      if (sp >= 0.0) next.push_back(p);
+      if ((sp >= 0.0) != (sq >= 0.0)) next.push_back(lerp(p, q, sp / (sp - sq)));
+    }
+    result = std::move(next);
+  }
+  if (result.size() < 3) result.clear();
+  return result;
+}
+
+std::vector<std::vector<OdGePoint3d>> clipPolylineToDepth(const std::vector<OdGePoint3d>& points, double zmin,
+                                                          double zmax) {
+  std::vector<std::vector<OdGePoint3d>> pieces;
+  auto inside = [&](const OdGePoint3d& p) { return p.z >= zmin && p.z <= zmax; };
+  if (points.size() == 1) {
+    if (inside(points[0])) pieces.push_back(points);
+    return pieces;
+  }
+  std::vector<OdGePoint3d> current;
+  for (size_t i = 0; i + 1 < points.size(); ++i) {
+    const OdGePoint3d& a = points[i];
+    const OdGePoint3d& b = points[i + 1];
+    double t0 = 0.0, t1 = 1.0, dz = b.z - a.z;
+    if (dz == 0.0) {
+      if (!inside(a)) t0 = 2.0;
+    } else {
+      double u = (zmin - a.z) / dz, v = (zmax - a.z) / dz;
+      if (u > v) std::swap(u, v);
+      t0 = std::max(t0, u);
+      t1 = std::min(t1, v);
+    }
+    if (!(t0 <= t1)) {
+      if (!current.empty()) pieces.push_back(std::move(current));
+      current.clear();
+      continue;
+    }
+    if (current.empty() || t0 > 0.0) {
+      if (!current.empty()) pieces.push_back(std::move(current));
+      current.assign(1, t0 == 0.0 ? a : lerp(a, b, t0));
+    }
+    current.push_back(t1 == 1.0 ? b : lerp(a, b, t1));
+    if (t1 < 1.0) {
+      pieces.push_back(std::move(current));
+      current.clear();
+    }
+  }
+  if (!current.empty()) pieces.push_back(std::move(current));
+  return pieces;
+}
+
+std::vector<OdGePoint3d> clipPolygonToDepth(const std::vector<OdGePoint3d>& points, double zmin, double zmax) {
+  std::vector<OdGePoint3d> result = points;
+  // Two planes, each keeping the side where side(p) >= 0.
+  const std::pair<double, double> planes[2] = {{zmin, 1.0}, {zmax, -1.0}};
+  for (const auto& [level, sign] : planes) {
+    if (!std::isfinite(level) || result.empty()) continue;
+    std::vector<OdGePoint3d> next;
+    next.reserve(result.size() + 2);
+    for (size_t k = 0; k < result.size(); ++k) {
+      const OdGePoint3d& p = result[k];
+      const OdGePoint3d& q = result[(k + 1) % result.size()];
+      double sp = sign * (p.z - level), sq = sign * (q.z - level);
       if (sp >= 0.0) next.push_back(p);
       if ((sp >= 0.0) != (sq >= 0.0)) next.push_back(lerp(p, q, sp / (sp - sq)));
     }
@@ -170,6 +248,87 @@ BoxRelation boxRelation(const OdGeExtents3d& box, const std::vector<OdGePoint2d>
     }
   }
   return BoxRelation::kInside;
+}
+
+// ---- Regions of several loops ---------------------------------------------------------------------
+
+namespace {
+
+bool usable(const std::vector<OdGePoint2d>& loop) { return loop.size() >= 3; }
+
+// Of a region, the one loop when there is exactly one usable loop, else null.
+const std::vector<OdGePoint2d>* singleLoop(const ClipLoops& loops) {
+  const std::vector<OdGePoint2d>* found = nullptr;
+  for (const auto& loop : loops) {
+    if (!usable(loop)) continue;
+    if (found) return nullptr;
+    found = &loop;
+  }
+  return found;
+}
+
+}  // namespace
+
+bool pointInRegion(const OdGePoint2d& p, const ClipLoops& loops) {
+  bool inside = false;
+  for (const auto& loop : loops) {
+    if (usable(loop) && pointInPolygon(p, loop)) inside = !inside;
+  }
+  return inside;
+}
+
+BoxRelation boxRelation(const OdGeExtents3d& box, const ClipLoops& loops) {
+  if (const auto* loop = singleLoop(loops)) return boxRelation(box, *loop);
+  if (!box.isValidExtents()) return BoxRelation::kOutside;
+  OdGeExtents3d flat({box.minPoint.x, box.minPoint.y, 0.0}, {box.maxPoint.x, box.maxPoint.y, 0.0});
+  bool any = false;
+  for (const auto& loop : loops) {
+    if (!usable(loop)) continue;
+    any = true;
+    for (size_t i = 0; i < loop.size(); ++i) {
+      const OdGePoint2d& c = loop[i];
+      const OdGePoint2d& e = loop[(i + 1) % loop.size()];
+      double t0 = 0.0, t1 = 1.0;
+      if (clipLineToBox({c.x, c.y, 0.0}, {e.x, e.y, 0.0}, flat, t0, t1)) return BoxRelation::kCrossing;
+    }
+  }
+  if (!any) return BoxRelation::kOutside;
+  // No edge meets the box: all of it lies on one side of every loop.
+  OdGePoint2d centre((box.minPoint.x + box.maxPoint.x) / 2.0, (box.minPoint.y + box.maxPoint.y) / 2.0);
+  return pointInRegion(centre, loops) ? BoxRelation::kInside : BoxRelation::kOutside;
+}
+
+std::vector<std::vector<OdGePoint3d>> clipPolyline(const std::vector<OdGePoint3d>& points, const ClipLoops& loops) {
+  if (const auto* loop = singleLoop(loops)) return clipPolyline(points, *loop);
+  std::vector<std::vector<OdGePoint3d>> pieces;
+  if (points.empty() || !std::any_of(loops.begin(), loops.end(), usable)) return pieces;
+  if (points.size() == 1) {
+    if (pointInRegion(points[0].to2d(), loops)) pieces.push_back(points);
+    return pieces;
+  }
+  auto crossingsOf = [&](const OdGePoint3d& a, const OdGePoint3d& b, std::vector<double>& ts) {
+    ts.clear();
+    for (const auto& loop : loops) {
+      if (usable(loop)) appendCrossings(a, b, loop, ts);
+    }
+    std::sort(ts.begin(), ts.end());
+  };
+  return cutAtCrossings(points, crossingsOf, [&](const OdGePoint2d& p) { return pointInRegion(p, loops); });
+}
+
+std::vector<std::vector<OdGePoint3d>> clipPolygon(const std::vector<OdGePoint3d>& points, const ClipLoops& loops) {
+  std::vector<std::vector<OdGePoint3d>> areas;
+  for (size_t i = 0; i < loops.size(); ++i) {
+    if (!usable(loops[i])) continue;
+    int holders = 0;
+    for (size_t j = 0; j < loops.size(); ++j) {
+      if (j != i && usable(loops[j]) && pointInPolygon(loops[i][0], loops[j])) ++holders;
+    }
+    if (holders % 2 != 0) continue;
+    std::vector<OdGePoint3d> area = clipPolygon(points, loops[i]);
+    if (!area.empty()) areas.push_back(std::move(area));
+  }
+  return areas;
 }
 
 double matrixScale(const OdGeMatrix3d& m) {

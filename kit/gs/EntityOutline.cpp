@@ -5,18 +5,24 @@
 
 namespace {
 
-// Keeps the first point list regeneration produces; curves are left to the simplifier.
-class FirstLoopCollector : public OdGiGeometrySimplifier {
+// Keeps the point lists regeneration produces, a list that starts where the last ended joined to
+// it; curves are left to the simplifier.
+class LoopCollector : public OdGiGeometrySimplifier {
 public:
-  std::vector<OdGePoint2d> points;
+  std::vector<std::vector<OdGePoint2d>> loops;
 
   void polylineOut(int32_t numPoints, const OdGePoint3d* vertexList) override { take(numPoints, vertexList); }
   void polygonOut(int32_t numPoints, const OdGePoint3d* vertexList) override { take(numPoints, vertexList); }
 
 private:
   void take(int32_t n, const OdGePoint3d* p) {
-    if (!points.empty() || n < 3 || !p) return;
-    for (int32_t i = 0; i < n; ++i) points.push_back(p[i].to2d());
+    if (n < 2 || !p) return;
+    bool continues = !loops.empty() && !closed(loops.back()) && loops.back().back() == p[0].to2d();
+    if (!continues) loops.emplace_back();
+    for (int32_t i = continues ? 1 : 0; i < n; ++i) loops.back().push_back(p[i].to2d());
+  }
+  static bool closed(const std::vector<OdGePoint2d>& loop) {
+    return loop.size() > 3 && loop.front().distanceTo(loop.back()) <= 1e-12;
   }
 };
 
@@ -52,16 +58,23 @@ private:
 
 }  // namespace
 
-std::vector<OdGePoint2d> entityOutline(const OdDbDatabase& db, const Entity& entity, double deviation) {
-  FirstLoopCollector collector;
+std::vector<std::vector<OdGePoint2d>> entityOutlines(const OdDbDatabase& db, const Entity& entity, double deviation) {
+  LoopCollector collector;
   collector.setDefaultDeviation(deviation > 0.0 ? deviation : 0.5);
   GiRegenContext ctx(db, collector);
   ctx.setOutputDeviation(deviation);
   // Drawn whatever its visibility: a clip boundary is often invisible or on a hidden layer.
   ShownForMeasuring shown(entity);
   regenEntity(ctx, entity);
-  std::vector<OdGePoint2d>& loop = collector.points;
-  if (loop.size() > 3 && loop.front().distanceTo(loop.back()) <= 1e-12) loop.pop_back();
-  if (loop.size() < 3) loop.clear();
-  return loop;
+  std::vector<std::vector<OdGePoint2d>> loops;
+  for (auto& loop : collector.loops) {
+    if (loop.size() > 3 && loop.front().distanceTo(loop.back()) <= 1e-12) loop.pop_back();
+    if (loop.size() >= 3) loops.push_back(std::move(loop));
+  }
+  return loops;
+}
+
+std::vector<OdGePoint2d> entityOutline(const OdDbDatabase& db, const Entity& entity, double deviation) {
+  std::vector<std::vector<OdGePoint2d>> loops = entityOutlines(db, entity, deviation);
+  return loops.empty() ? std::vector<OdGePoint2d>() : std::move(loops.front());
 }

@@ -80,8 +80,14 @@ bool entityGeomExtents(const OdDbDatabase& db, const Entity& entity, OdGeExtents
 }
 
 bool blockGeomExtents(const OdDbDatabase& db, const BlockRecord& block, OdGeExtents3d& extents) {
+  return blockGeomExtents(db, block, OdGeMatrix3d(), extents);
+}
+
+bool blockGeomExtents(const OdDbDatabase& db, const BlockRecord& block, const OdGeMatrix3d& transform,
+                      OdGeExtents3d& extents) {
   ExtentsCollector collector;
   GiRegenContext ctx(db, collector);
+  ctx.setViewTransform(transform);
   for (const Entity* entity : block.entities) {
     if (entity) regenEntity(ctx, *entity);
   }

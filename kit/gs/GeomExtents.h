@@ -11,3 +11,7 @@ bool entityGeomExtents(const OdDbDatabase& db, const Entity& entity, OdGeExtents
 // The extents of a block's visible entities (layers off or frozen and invisible entities left out),
 // in block coordinates; false when nothing is drawn.
 bool blockGeomExtents(const OdDbDatabase& db, const BlockRecord& block, OdGeExtents3d& extents);
+// The block's extents measured after `transform` (a view's world-to-eye matrix): the box of what
+// the block draws as seen along another direction; false when nothing is drawn.
+bool blockGeomExtents(const OdDbDatabase& db, const BlockRecord& block, const OdGeMatrix3d& transform,
+                      OdGeExtents3d& extents);

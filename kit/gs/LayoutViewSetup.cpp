@@ -7,50 +7,11 @@
 #include "kit/gs/GeomExtents.h"
 #include "kit/gs/OdGsBaseVectorizeView.h"
 #include "kit/gs/OdGsLayoutHelper.h"
+#include "kit/gs/StoredView.h"
 
 namespace {
 
-// A view as drawings store it: a centre in display coordinates (relative to the target, along
-// the screen axes), a target, a direction towards the eye, a twist and a field.
-struct StoredView {
-  OdGePoint2d center;
-  OdGePoint3d target;
-  OdGeVector3d direction{0.0, 0.0, 1.0};
-  double twist = 0.0;
-  double width = 1.0;
-  double height = 1.0;
-  bool perspective = false;  // kept as the view's flag; views are drawn in parallel projection
-};
-
 bool finitePositive(double v) { return v > 0.0 && std::isfinite(v); }
-
-void applyStoredView(OdGsView& view, const StoredView& stored) {
-  OdGeVector3d dir = stored.direction.isZeroLength() ? OdGeVector3d::kZAxis() : stored.direction.normal();
-  // The screen's x axis is level (perpendicular to world z) unless the view looks along z.
-  OdGeVector3d x = OdGeVector3d::kZAxis().crossProduct(dir);
-  x = x.isZeroLength(1e-9) ? OdGeVector3d::kXAxis() : x.normal();
-  OdGeVector3d y = dir.crossProduct(x).normal();
-  // A twist turns the drawing counter-clockwise on the screen: the screen axes turn the other way.
-  double t = std::isfinite(stored.twist) ? stored.twist : 0.0;
-  OdGeVector3d xs = x * std::cos(t) - y * std::sin(t);
-  OdGeVector3d ys = x * std::sin(t) + y * std::cos(t);
-  OdGePoint3d centre = stored.target + xs * stored.center.x + ys * stored.center.y;
-  double h = finitePositive(stored.height) ? stored.height : 1.0;
-  double w = finitePositive(stored.width) ? stored.width : h;
-  view.setView(centre + dir, centre, ys, w, h, stored.perspective ? OdGsView::kPerspective : OdGsView::kParallel);
-}
-
-StoredView fromRecord(const ViewportRecord& record) {
-  StoredView v;
-  v.center = record.center;
-  v.target = record.target;
-  v.direction = record.viewDirection;
-  v.twist = record.twist;
-  v.height = record.height;
-  v.width = record.height * record.aspectRatio;
-  v.perspective = (record.viewMode & 1) != 0;
-  return v;
-}
 
 StoredView fromBox(const OdGeExtents3d& box) {
   StoredView v;
@@ -92,7 +53,7 @@ void setupModel(OdGsLayoutHelper& helper, OdGsDevice& device, const OdDbDatabase
   const ViewportRecord* record = db.activeViewport();
   bool usable = record && finitePositive(record->height) && finitePositive(record->aspectRatio);
   OdGsViewPtr view = newView(device, 1, record ? record->handle : OdDbHandle(), db.modelSpace());
-  applyStoredView(*view, usable ? fromRecord(*record) : modelFallback(db));
+  applyStoredView(*view, usable ? storedViewOf(*record) : modelFallback(db));
   helper.setActiveView(view.get(), record ? record->handle : OdDbHandle());
 }
 
@@ -146,31 +107,19 @@ StoredView paperField(const OdDbDatabase& db, const Layout* layout, const BlockR
   return fromBox(sheet);
 }
 
-// The clip outline of a viewport in paper coordinates: its clip entity's loop, if it has one.
-std::vector<OdGePoint2d> viewportClip(const OdDbDatabase& db, const ViewportEntity& vp) {
+// The clip loops of a viewport in paper coordinates: its clip entity's loops, if it has one.
+gi::ClipLoops viewportClip(const OdDbDatabase& db, const ViewportEntity& vp) {
   if ((vp.statusFlags & ViewportEntity::kNonRectangularClip) == 0 || vp.clipBoundary.isNull()) return {};
   const auto* boundary = db.findAs<Entity>(vp.clipBoundary);
   if (!boundary) return {};
   double deviation = std::max(vp.width, vp.height) / 2000.0;
-  return entityOutline(db, *boundary, deviation);
+  return entityOutlines(db, *boundary, deviation);
 }
 
 void setupViewport(OdGsDevice& device, const OdDbDatabase& db, const Layout* layout, const OdGsView& paperView,
                    const ViewportEntity& vp) {
   OdGsViewPtr view = newView(device, vp.number, vp.handle, db.modelSpace());
-  StoredView stored;
-  stored.center = vp.viewCenter;
-  stored.target = vp.viewTarget;
-  stored.direction = vp.viewDirection;
-  stored.twist = vp.twistAngle;
-  stored.height = vp.viewHeight;
-  stored.width = vp.viewHeight * vp.width / vp.height;
-  stored.perspective = (vp.statusFlags & ViewportEntity::kPerspective) != 0;
-  applyStoredView(*view, stored);
-  view->setEnableFrontClip((vp.statusFlags & ViewportEntity::kFrontClip) != 0);
-  view->setFrontClip(vp.frontClip);
-  view->setEnableBackClip((vp.statusFlags & ViewportEntity::kBackClip) != 0);
-  view->setBackClip(vp.backClip);
+  applyStoredView(*view, storedViewOf(vp));
   for (const LayerRecord* layer : vp.frozenLayers) view->freezeLayer(layer);
 
   OdGePoint2d lo(vp.center.x - vp.width / 2.0, vp.center.y - vp.height / 2.0);

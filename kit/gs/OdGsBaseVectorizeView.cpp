@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
+#include "kit/gi/GiPerspectiveStage.h"
 #include "kit/gi/OdGiGeometrySimplifier.h"
 #include "kit/gs/DrawOrder.h"
 #include "kit/gs/GeomExtents.h"
@@ -171,31 +173,43 @@ void OdGsBaseVectorizeViewDef::removeViewportClipRegion() {
 }
 
 void OdGsBaseVectorizeViewDef::setPaperPlacement(const OdGsView* paperView, const OdGePoint2d& paperMin,
-                                                 const OdGePoint2d& paperMax, std::vector<OdGePoint2d> paperClip) {
+                                                 const OdGePoint2d& paperMax, gi::ClipLoops paperClip) {
   paperView_ = paperView == this ? nullptr : paperView;  // a view never places itself
   paperMin_ = paperMin;
   paperMax_ = paperMax;
   paperClip_ = std::move(paperClip);
 }
 
-std::vector<OdGePoint2d> OdGsBaseVectorizeViewDef::deviceClipOutline() const {
-  std::vector<OdGePoint2d> outline;
-  if (paperView_ && paperClip_.size() >= 3) {
+namespace {
+
+bool anyLoop(const gi::ClipLoops& loops) {
+  return std::any_of(loops.begin(), loops.end(), [](const auto& loop) { return loop.size() >= 3; });
+}
+
+}  // namespace
+
+gi::ClipLoops OdGsBaseVectorizeViewDef::deviceClipLoops() const {
+  gi::ClipLoops loops;
+  if (paperView_ && anyLoop(paperClip_)) {
     OdGeMatrix3d m = paperView_->worldToDeviceMatrix();
-    for (const OdGePoint2d& p : paperClip_) outline.push_back(m.transform(OdGePoint3d(p.x, p.y, 0.0)).to2d());
-    return outline;
+    for (const auto& paperLoop : paperClip_) {
+      auto& loop = loops.emplace_back();
+      for (const OdGePoint2d& p : paperLoop) loop.push_back(m.transform(OdGePoint3d(p.x, p.y, 0.0)).to2d());
+    }
+    return loops;
   }
-  if (!clipCounts_.empty() && clipCounts_[0] >= 3) {
-    // One outline clips; further contours of a region are not taken into account.
-    outline.assign(clipVertices_.begin(), clipVertices_.begin() + clipCounts_[0]);
-    return outline;
+  size_t start = 0;
+  for (int count : clipCounts_) {
+    loops.emplace_back(clipVertices_.begin() + start, clipVertices_.begin() + start + size_t(count));
+    start += size_t(count);
   }
+  if (anyLoop(loops)) return loops;
   double x0, y0, x1, y1;
   deviceRect(x0, y0, x1, y1);
   // Geometry on the rectangle's edge (a border zoomed to its extents) stays in.
   double grow = 1e-10 * (std::fabs(x1 - x0) + std::fabs(y1 - y0));
   x0 -= grow, y0 -= grow, x1 += grow, y1 += grow;
-  return {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
+  return {{{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}}};
 }
 
 OdGeMatrix3d OdGsBaseVectorizeViewDef::eyeToDeviceMatrix() const {
@@ -274,17 +288,37 @@ void OdGsBaseVectorizeViewDef::update() {
   double x0, y0, x1, y1;
   deviceRect(x0, y0, x1, y1);
   if (!(x1 - x0 > 0.0) || !(y1 - y0 > 0.0)) return;  // not on the device: nothing shows
-  std::vector<OdGePoint2d> outline = deviceClipOutline();
-  if (outline.size() < 3) return;
+  gi::ClipLoops loops = deviceClipLoops();
 
   GiClipStage clip(dest);
-  clip.pushBoundary(std::move(outline));
+  clip.pushBoundary(std::move(loops));
+  applyDepthClipping(clip);
   clip.setDeviation(this);
   clip.setDrawContext(this);
-  GiRegenContext ctx(*db, clip, this);
-  ctx.setClipStage(&clip);
-  ctx.setViewTransform(worldToDeviceMatrix());
-  ctx.setOutputDeviation(deviceDeviation_);
+  // A perspective view regenerates in eye coordinates; its stage projects them onto the device.
+  // The outlines of clipped references then cut in eye coordinates, ahead of the projection.
+  std::optional<GiPerspectiveStage> perspective;
+  std::optional<GiClipStage> eyeClip;
+  double cameraDistance = position_.distanceTo(target_);
+  double eyeDeviation = deviceDeviation_ / eyeToDeviceMatrix().entry[2][2];
+  if (perspective_ && finitePositive(cameraDistance) && finitePositive(eyeDeviation)) {
+    perspective.emplace(&clip, cameraDistance, eyeToDeviceMatrix());
+    perspective->setDefaultDeviation(eyeDeviation);
+    perspective->setDrawContext(this);
+    eyeClip.emplace(&*perspective);
+    eyeClip->setDefaultDeviation(eyeDeviation);
+    eyeClip->setDrawContext(this);
+  }
+  GiClipStage& referenceClip = eyeClip ? *eyeClip : clip;
+  GiRegenContext ctx(*db, referenceClip, this);
+  ctx.setClipStage(&referenceClip);
+  if (perspective) {
+    ctx.setViewTransform(worldToEyeMatrix());
+    ctx.setOutputDeviation(eyeDeviation);
+  } else {
+    ctx.setViewTransform(worldToDeviceMatrix());
+    ctx.setOutputDeviation(deviceDeviation_);
+  }
   ctx.setViewportFrozenLayers(frozen_);
   ctx.setLinetypeViewFactor(linetypeFactor_);
   ctx.setViewHeight(fieldHeight_);
@@ -306,6 +340,15 @@ void OdGsBaseVectorizeViewDef::update() {
   }
   // The sink outlives this update; it must not keep pointing at the finished regeneration.
   if (sink) sink->setDrawContext(nullptr);
+}
+
+void OdGsBaseVectorizeViewDef::applyDepthClipping(GiClipStage& clip) const {
+  if (!frontClipOn_ && !backClipOn_) return;
+  // Device z is eye z (distance from the target towards the eye) times the view's scale.
+  double scale = eyeToDeviceMatrix().entry[2][2];
+  double front = frontClipOn_ ? frontClip_ * scale : HUGE_VAL;
+  double back = backClipOn_ ? backClip_ * scale : -HUGE_VAL;
+  clip.setDepthLimits(back, front);
 }
 
 void OdGsBaseVectorizeViewDef::beginViewVectorization() {

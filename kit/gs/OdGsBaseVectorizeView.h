@@ -79,10 +79,11 @@ public:
 
   // ---- Placement inside a paper-space view ----------------------------------------------------
   // A viewport of a layout: its place on the device follows the paper view's mapping of the
-  // viewport's paper rectangle (and of its clip outline, paper coordinates, when not empty), so
-  // that it stays right when the device is resized or the paper view zoomed. Not owned.
+  // viewport's paper rectangle (and of its clip loops, paper coordinates, when not empty: inside
+  // where an odd number of loops hold a point), so that it stays right when the device is resized
+  // or the paper view zoomed. Not owned.
   void setPaperPlacement(const OdGsView* paperView, const OdGePoint2d& paperMin, const OdGePoint2d& paperMax,
-                         std::vector<OdGePoint2d> paperClip = {});
+                         gi::ClipLoops paperClip = {});
   const OdGsView* paperView() const { return paperView_.get(); }
   // Linetype patterns of model space are divided by this factor (PSLTSCALE in a viewport).
   void setLinetypeScaleFactor(double factor) { linetypeFactor_ = factor; }
@@ -124,15 +125,17 @@ public:
   bool entityGeomExtents(const OdGiDrawable& drawable, OdGeExtents3d& extents) const;
   // The view's rectangle on the device (min <= max in both axes), as exact values.
   void deviceRect(double& xmin, double& ymin, double& xmax, double& ymax) const;
-  // The clip outline used in the last or current update, device units (the rectangle's corners
-  // when no clip outline is set).
-  std::vector<OdGePoint2d> deviceClipOutline() const;
+  // The clip loops of an update, device units: the viewport's clip loops, or the corners of its
+  // rectangle when it has none.
+  gi::ClipLoops deviceClipLoops() const;
 
   // GiRegenHost: a nested entity goes through draw().
   bool drawNested(const OdGiDrawable& entity) override;
 
 private:
   OdGeMatrix3d eyeToDeviceMatrix() const;
+  // The front and back clipping planes, when on, as the clip stage's depth limits.
+  void applyDepthClipping(GiClipStage& clip) const;
   void vectorizeScene(GiRegenContext& ctx);
 
   OdGsBaseVectorizeDevice* device_ = nullptr;
@@ -157,7 +160,7 @@ private:
   OdSmartPtr<const OdGsView> paperView_;
   OdGePoint2d paperMin_;
   OdGePoint2d paperMax_;
-  std::vector<OdGePoint2d> paperClip_;
+  gi::ClipLoops paperClip_;
   double linetypeFactor_ = 1.0;
   double deviceDeviation_ = 0.5;
   GiRegenContext* ctx_ = nullptr;

@@ -185,7 +185,9 @@ TEST_F(GsPaperLayoutTest, ViewportsFollowTheDeviceSizeAndThePaperZoom) {
   helper->activeView()->zoom(2.0);  // paper scale 4 about the sheet's centre (device 400, 300)
   viewOf(helper, a)->getViewport(rect);
   EXPECT_EQ(rect, OdGsDCRect(-200, 200, 100, 500));
-  std::vector<OdGePoint2d> clip = viewOf(helper, b)->deviceClipOutline();
+  gi::ClipLoops loops = viewOf(helper, b)->deviceClipLoops();
+  ASSERT_EQ(loops.size(), 1u);
+  const std::vector<OdGePoint2d>& clip = loops.front();
   ASSERT_EQ(clip.size(), 3u);
   EXPECT_NEAR(clip[2].x, 400 + 4 * 100, 1e-9);
   EXPECT_NEAR(clip[2].y, 300 - 4 * 50, 1e-9);
