@@ -37,6 +37,10 @@ void regenAttributeDefinition(GiRegenContext& ctx, const AttributeDefinitionEnti
 void regenMText(GiRegenContext& ctx, const MTextData& text);
 
 void regenDimension(GiRegenContext& ctx, const DimensionEntity& e);
+// A dimension drawn from its definition points and dimension variables (no block to draw).
+void regenDimensionFromStyle(GiRegenContext& ctx, const DimensionEntity& e);
+// The text regenDimensionFromStyle draws (MText contents).
+std::string regeneratedDimensionText(const OdDbDatabase& db, const DimensionEntity& e);
 void regenLeader(GiRegenContext& ctx, const LeaderEntity& e);
 void regenMLeader(GiRegenContext& ctx, const MLeaderEntity& e);
 void regenTolerance(GiRegenContext& ctx, const ToleranceEntity& e);

@@ -1,0 +1,98 @@
+// AutoCAD's own dimensions as the oracle: the text it put in each dimension's block must be the
+// text regenerated from the dimension's variables while ignoring the block.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "kit/dwg/DwgReader.h"
+#include "kit/dxf/DxfReader.h"
+#include "kit/gi/regen/RegenEntities.h"
+#include "tests/kit/DwgTestSupport.h"
+
+namespace {
+
+void replaceAll(std::string& text, const std::string& what, const std::string& with) {
+  for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
+    text.replace(at, what.size(), with);
+  }
+}
+
+// MText contents without their formatting codes ("\A1;", "{\H0.7x;...}", "\P"), stacks as "a/b",
+// and the symbols one way: AutoCAD writes "\U+00B0" or the character where the kit writes "%%d".
+std::string plainText(std::string text) {
+  for (auto [what, with] : {std::pair{"\\U+00B0", "%%d"}, {"\xC2\xB0", "%%d"},
+                            {"\\U+2205", "%%c"}, {"\\U+00B1", "%%p"}}) {
+    replaceAll(text, what, with);
+  }
+  std::string out;
+  for (size_t i = 0; i < text.size(); ++i) {
+    char c = text[i];
+    if (c == '{' || c == '}') continue;
+    if (c != '\\' || i + 1 >= text.size()) {
+      out += c;
+      continue;
+    }
+    char code = text[++i];
+    if (code == 'P') out += ' ';
+    else if (code == 'S') {
+      size_t end = text.find(';', i);
+      std::string stack = text.substr(i + 1, end == std::string::npos ? std::string::npos : end - i - 1);
+      for (char& s : stack) {
+        if (s == '^' || s == '#') s = '/';
+      }
+      out += stack;
+      i = end == std::string::npos ? text.size() : end;
+    } else if (std::string("AHCTQWFfpc").find(code) != std::string::npos) {
+      size_t end = text.find(';', i);
+      i = end == std::string::npos ? text.size() : end;
+    } else {
+      out += code;
+    }
+  }
+  return out;
+}
+
+const std::string* blockText(const DimensionEntity& e) {
+  if (!e.block) return nullptr;
+  for (const Entity* inner : e.block->entities) {
+    if (auto* m = dbCast<MTextEntity>(const_cast<Entity*>(inner))) return &m->text;
+    if (auto* t = dbCast<TextEntity>(const_cast<Entity*>(inner))) return &t->text;
+  }
+  return nullptr;
+}
+
+struct Tally {
+  int compared = 0, matched = 0;
+  std::multimap<std::string, std::string> misses;
+};
+
+void compareAll(const OdDbDatabase& db, const std::string& file, Tally& tally) {
+  for (const BlockRecord* block : db.blocks()) {
+    for (const Entity* entity : block->entities) {
+      auto* e = dbCast<DimensionEntity>(const_cast<Entity*>(entity));
+      const std::string* stored = e ? blockText(*e) : nullptr;
+      if (!stored || !(e->text.empty() || e->text == "<>")) continue;
+      std::string expected = plainText(*stored), ours = plainText(gi::regeneratedDimensionText(db, *e));
+      ++tally.compared;
+      if (expected == ours) ++tally.matched;
+      else tally.misses.emplace(file, "'" + expected + "' vs '" + ours + "'");
+    }
+  }
+}
+
+TEST(DimensionOracle, RegeneratedTextsMatchTheTextsAutoCadStoredInTheBlocks) {
+  Tally tally;
+  for (const std::string& file : corpusDwgFiles()) {
+    if (file.rfind("dwg/", 0) != 0) continue;
+    try {
+      compareAll(*readDwgFile(corpusPath(file)), file, tally);
+    } catch (const OdError&) {
+    }
+  }
+  for (const auto& [file, miss] : tally.misses) std::cout << file << ": " << miss << "\n";
+  std::cout << tally.matched << " of " << tally.compared << " dimension texts match\n";
+  if (tally.compared == 0) GTEST_SKIP() << "no block-drawn dimensions in the corpus";
+  EXPECT_GE(tally.matched * 10, tally.compared * 9);
+}
+
+}  // namespace
