@@ -11,13 +11,18 @@ using Kind = DimensionEntity::Kind;
 using Graphics = DimensionGraphics;
 constexpr double kTwoPi = 2.0 * std::numbers::pi;
 
+// World points into the dimension's plane, all at the elevation of its text point.
 struct Plane {
   OdGeMatrix3d toPlane;
-  explicit Plane(const OdGeVector3d& normal) {
+  double elevation = 0.0;
+  Plane(const OdGeVector3d& normal, double z) : elevation(std::isfinite(z) ? z : 0.0) {
     OdGeVector3d n = normal.isZeroLength() ? kDefaultNormal : normal.normal();
     if (!OdGeMatrix3d::planeToWorld(n).invert(toPlane)) toPlane = OdGeMatrix3d();
   }
-  OdGePoint3d operator()(const OdGePoint3d& world) const { return toPlane.transform(world); }
+  OdGePoint3d operator()(const OdGePoint3d& world) const {
+    OdGePoint3d p = toPlane.transform(world);
+    return {p.x, p.y, elevation};
+  }
 };
 
 OdGeVector3d unitOr(const OdGeVector3d& v, const OdGeVector3d& fallback) {
@@ -295,7 +300,7 @@ DimensionArrow dimensionArrowByName(const std::string& blockName) {
 
 DimensionGraphics layoutDimension(const DimensionEntity& e, const DimensionGeometryStyle& style) {
   Graphics g;
-  Plane plane(e.normal);
+  Plane plane(e.normal, e.textMidpoint.z);
   g.textPosition = e.textMidpoint;
   switch (e.kind) {
     case Kind::kRotated: case Kind::kAligned: layoutLinear(g, e, plane, style); break;
