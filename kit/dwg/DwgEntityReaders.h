@@ -52,6 +52,7 @@ void readDwgDimensionAngular2Line(DwgObjectContext& c);
 void readDwgDimensionRadius(DwgObjectContext& c);
 void readDwgDimensionDiameter(DwgObjectContext& c);
 void readDwgArcDimension(DwgObjectContext& c);
+void readDwgLargeRadialDimension(DwgObjectContext& c);
 
 void readDwgViewport(DwgObjectContext& c);
 // Viewports of the active layout get their numbers in block order: 1 is the layout's own.

@@ -140,4 +140,23 @@ TEST(DimensionOracle, RegeneratedExtensionLinesEndWhereAutoCadsDo) {
   EXPECT_GE(matched * 100, compared * 80);
 }
 
+// A jogged radius dimension read from DWG: centre, chord point, shown centre and jog.
+TEST(DimensionOracle, JoggedRadiusFromDwgMeasuresItsRadius) {
+  std::string path = corpusPath("real/librecad/large_radial.dwg");
+  if (!std::filesystem::exists(path)) GTEST_SKIP() << "no " << path;
+  OdDbDatabasePtr db = readDwgFile(path);
+  const DimensionEntity* jogged = nullptr;
+  for (const Entity* entity : db->modelSpace()->entities) {
+    auto* e = dbCast<DimensionEntity>(const_cast<Entity*>(entity));
+    if (e && e->kind == DimensionEntity::Kind::kRadialLarge) jogged = e;
+  }
+  ASSERT_NE(jogged, nullptr);
+  gi::DimensionGraphics g = gi::regeneratedDimensionGraphics(*db, *jogged);
+  EXPECT_NEAR(g.measurement, jogged->actualMeasurement, 1e-9);
+  EXPECT_NEAR((g.segments.back().end - jogged->defPoint3).length(), 0.0, 1e-9);  // ends at the shown centre
+  const std::string* stored = blockText(*jogged);
+  ASSERT_NE(stored, nullptr);
+  EXPECT_EQ(plainText(*stored), plainText(gi::regeneratedDimensionText(*db, *jogged)));
+}
+
 }  // namespace
