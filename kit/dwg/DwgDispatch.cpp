@@ -101,6 +101,7 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
       {"ARC_DIMENSION", entity(readDwgArcDimension)},
       {"LARGE_RADIAL_DIMENSION", entity(readDwgLargeRadialDimension)},
       {"HATCH", entity(readDwgHatch)},
+      {"MPOLYGON", entity(readDwgMPolygon)},
       {"IMAGE", entity(readDwgImage)},
       {"HELIX", entity(readDwgHelix)},
       {"MESH", entity(readDwgMesh)},

@@ -59,6 +59,7 @@ void readDwgViewport(DwgObjectContext& c);
 void numberDwgViewports(OdDbDatabase& db);
 
 void readDwgHatch(DwgObjectContext& c);
+void readDwgMPolygon(DwgObjectContext& c);
 void readDwgMesh(DwgObjectContext& c);
 void readDwgUnderlay(DwgObjectContext& c, UnderlayEntity::Format format);
 

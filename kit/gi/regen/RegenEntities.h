@@ -28,6 +28,7 @@ void regenMesh(GiRegenContext& ctx, const MeshEntity& e);
 void regenSolid(GiRegenContext& ctx, const OdGePoint3d (&corners)[4], const OdGeVector3d& normal);
 
 void regenHatch(GiRegenContext& ctx, const HatchEntity& e);
+void regenMPolygon(GiRegenContext& ctx, const MPolygonEntity& e);
 
 void regenBlockReference(GiRegenContext& ctx, const BlockReferenceEntity& e);
 
