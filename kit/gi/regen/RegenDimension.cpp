@@ -146,6 +146,8 @@ void drawArrow(GiRegenContext& ctx, const OdGeMatrix3d& toWorld, const OdGeVecto
   }
 }
 
+bool isFinite(const OdGePoint3d& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
+
 double textWidthOf(GiRegenContext& ctx, const std::string& text, const TextStyleRecord* style, double height) {
   std::u32string chars;
   for (const DecodedChar& c : decodeTextCodes(utf8ToU32(text), false)) chars += c.ch;
@@ -193,19 +195,21 @@ void regenDimensionFromStyle(GiRegenContext& ctx, const DimensionEntity& e) {
   for (bool extension : {true, false}) {
     setColor(ctx, entityTraits, v.integer(extension ? 177 : 176, 0));
     for (const DimensionGraphics::Segment& s : g.segments) {
-      if (s.extension == extension) drawChain(ctx, {toWorld.transform(s.start), toWorld.transform(s.end)}, &normal);
+      if (s.extension != extension || !isFinite(s.start) || !isFinite(s.end)) continue;
+      drawChain(ctx, {toWorld.transform(s.start), toWorld.transform(s.end)}, &normal);
     }
   }
   for (const DimensionGraphics::Arc& arc : g.arcs) {
-    if (arc.radius > 0.0 && std::isfinite(arc.radius)) {
+    if (arc.radius > 0.0 && std::isfinite(arc.radius) && isFinite(arc.center) && std::isfinite(arc.sweep)) {
       drawArc(ctx, toWorld.transform(arc.center), arc.radius, normal, toWorld.transform(arc.startVector), arc.sweep);
     }
   }
   for (const DimensionGraphics::Arrow& arrow : g.arrows) {
+    if (!isFinite(arrow.tip) || !std::isfinite(arrow.back.x) || !std::isfinite(arrow.back.y)) continue;
     bool tick = arrow.kind == DimensionArrow::kOblique || arrow.kind == DimensionArrow::kArchTick;
     drawArrow(ctx, toWorld, normal, arrow, tick && style.tickSize > 0.0 ? style.tickSize : style.arrowSize);
   }
-  if (!text.empty()) {
+  if (!text.empty() && isFinite(g.textPosition)) {
     setColor(ctx, entityTraits, v.integer(178, 0));
     MTextData data;
     data.text = text;
