@@ -133,6 +133,9 @@ TEST(DimensionGeometry, AngularKindsSpanTheSectorHoldingTheirArcPoint) {
   g = r.layout();
   EXPECT_FALSE(g.angular);
   EXPECT_NEAR(g.measurement, 4 * std::numbers::pi / 2, 1e-12);
+  EXPECT_EQ(g.arcs.size(), 2u);  // the dimension arc and the arc length sign
+  r.style.arcSymbol = 2;
+  EXPECT_EQ(r.layout().arcs.size(), 1u);
 }
 
 TEST(DimensionGeometry, RadialKindsPointAtTheCircle) {

@@ -112,6 +112,8 @@ void layoutLinear(Graphics& g, const DimensionEntity& e, const Plane& plane, con
 void addDimensionArc(Graphics& g, const OdGePoint3d& center, double radius, double start, double sweep,
                      const DimensionGeometryStyle& s) {
   g.arcs.push_back({center, radius, direction(start), sweep});
+  // Text not kept horizontal follows the arc where it stands.
+  if (!s.textInsideHorizontal) g.textRotation = readableAngle(perpendicular(unitOr(g.textPosition - center, direction(start))));
   if (!(radius > 0.0)) return;
   OdGePoint3d a = center + direction(start) * radius, b = center + direction(start + sweep) * radius;
   DimensionArrow kind1 = s.tickSize > 0.0 ? DimensionArrow::kOblique : s.arrow1;
@@ -156,6 +158,17 @@ void layoutAngular3Point(Graphics& g, const DimensionEntity& e, const Plane& pla
   if (!(firstIsStart ? s.suppressExtension2 : s.suppressExtension1))
     addRadialExtension(g, center, start + sweep, (atEnd - center).length(), radius, s);
   addDimensionArc(g, center, radius, start, sweep, s);
+}
+
+// The arc length sign, an arc drawn as geometry as AutoCAD draws it: before the text or above it.
+void addArcSymbol(Graphics& g, const DimensionGeometryStyle& s) {
+  if (s.arcSymbol != 0 && s.arcSymbol != 1) return;
+  OdGeVector3d along = direction(g.textRotation), up = perpendicular(along);
+  double h = s.textHeight;
+  OdGePoint3d center = s.arcSymbol == 0 ? g.textPosition - along * (s.textWidth / 2.0 + 0.6 * h) - up * (0.25 * h)
+                                        : g.textPosition + up * (0.3 * h);
+  double start = g.textRotation + std::numbers::pi / 6;
+  g.arcs.push_back({center, 0.45 * h, direction(start), 2.0 * std::numbers::pi / 3});
 }
 
 bool intersect(const OdGePoint3d& a, const OdGeVector3d& u, const OdGePoint3d& b, const OdGeVector3d& v,
@@ -312,6 +325,7 @@ DimensionGraphics layoutDimension(const DimensionEntity& e, const DimensionGeome
     case Kind::kOrdinate: layoutOrdinate(g, e, plane, style); break;
   }
   if (e.textRotation != 0.0 && std::isfinite(e.textRotation)) g.textRotation = e.textRotation;
+  if (e.kind == Kind::kArcLength) addArcSymbol(g, style);
   return g;
 }
 

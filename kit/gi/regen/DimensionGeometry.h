@@ -31,6 +31,7 @@ struct DimensionGeometryStyle {
   bool suppressExtension1 = false, suppressExtension2 = false;  // DIMSE1, DIMSE2
   bool suppressLine1 = false, suppressLine2 = false;            // DIMSD1, DIMSD2
   DimensionArrow arrow1 = DimensionArrow::kClosedFilled, arrow2 = DimensionArrow::kClosedFilled;
+  int arcSymbol = 0;  // DIMARCSYM: the arc length sign before the text (0), above it (1) or none (2)
 };
 
 struct DimensionGraphics {

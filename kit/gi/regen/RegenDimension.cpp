@@ -90,6 +90,7 @@ DimensionGeometryStyle geometryStyleOf(const OdDbDatabase& db, const Variables& 
   s.suppressExtension2 = v.integer(76, 0) != 0;
   s.suppressLine1 = v.integer(281, 0) != 0;
   s.suppressLine2 = v.integer(282, 0) != 0;
+  s.arcSymbol = v.integer(90, 0);
   if (v.integer(173, 0) != 0) {
     s.arrow1 = arrowOf(db, v, 343, 6);
     s.arrow2 = arrowOf(db, v, 344, 7);
