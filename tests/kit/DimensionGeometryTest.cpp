@@ -52,6 +52,11 @@ TEST(DimensionGeometry, RotatedLinearExtensionLinesAndArrowTips) {
   EXPECT_TRUE(near(extensions[1].start, 10, 3.5));
   EXPECT_TRUE(near(extensions[1].end, 10, 9));
 
+  r.e->textMidpoint = {0, 0, 0};  // left out by the writer: above the middle of the line
+  g = r.layout();
+  EXPECT_NEAR(g.textPosition.x, 5.0, 1e-12);
+  EXPECT_GT(g.textPosition.y, 8.0);
+
   r.style.suppressExtension1 = true;
   r.style.suppressLine2 = true;
   g = r.layout();

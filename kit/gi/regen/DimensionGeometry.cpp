@@ -102,6 +102,10 @@ void layoutLinear(Graphics& g, const DimensionEntity& e, const Plane& plane, con
   OdGePoint3d q1 = foot(p1), q2 = foot(p2);
   g.measurement = std::fabs((p2 - p1).dotProduct(u));
   OdGeVector3d side = (onLine - p1).dotProduct(n) >= 0.0 ? n : -n;
+  // Some writers leave the text point out: the text then goes above the middle of the line.
+  if (e.textMidpoint == OdGePoint3d() && !(q1 - q2).isZeroLength()) {
+    g.textPosition = q1 + (q2 - q1) * 0.5 + side * (s.textHeight / 2.0 + s.textGap);
+  }
   if (!s.suppressExtension1) addExtension(g, p1, q1, side, s);
   if (!s.suppressExtension2) addExtension(g, p2, q2, side, s);
   addDimensionLine(g, q1, q2, s);
