@@ -155,9 +155,18 @@ TEST(DimensionGeometry, RadialKindsPointAtTheCircle) {
   EXPECT_TRUE(near(g.arrows[0].tip, 3, 4));
   EXPECT_GT(g.arrows[0].back.x, 0.0);  // text outside: the arrow comes from outside
 
+  // Horizontal text: a leader with a landing one arrow long, ending DIMGAP short of the text.
+  r.style.textWidth = 2.0;
+  r.style.textGap = 0.5;
+  g = r.layout();
+  ASSERT_EQ(g.arrows.size(), 1u);
+  EXPECT_TRUE(near(g.segments[0].start, 4.5, 8));
+  EXPECT_TRUE(near(g.segments[0].end, 3.5, 8));
+
   r.e->kind = Kind::kDiameter;
   r.e->definitionPoint = {-3, -4, 0};
-  r.e->textMidpoint = {0, 0, 0};
+  r.e->textMidpoint = {1, 0, 0};
+  r.style.lineInside = true;  // DIMTOFL: across the circle, an arrow at each end
   g = r.layout();
   EXPECT_DOUBLE_EQ(g.measurement, 10.0);
   ASSERT_EQ(g.arrows.size(), 2u);

@@ -2,6 +2,7 @@
 // text regenerated from the dimension's variables while ignoring the block.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <map>
 
 #include "kit/dwg/DwgReader.h"
@@ -98,9 +99,31 @@ TEST(DimensionOracle, RegeneratedTextsMatchTheTextsAutoCadStoredInTheBlocks) {
   EXPECT_GE(tally.matched * 100, tally.compared * 80);
 }
 
-// Every end of a regenerated extension line is an end of a line AutoCAD put in the block.
-TEST(DimensionOracle, RegeneratedExtensionLinesEndWhereAutoCadsDo) {
-  int compared = 0, matched = 0;
+// Points AutoCAD put in a dimension's block (plane-z dimensions only): line and arc ends, arrowhead
+// corners, insertion points of arrow blocks.
+std::vector<OdGePoint3d> blockPoints(const BlockRecord& block) {
+  std::vector<OdGePoint3d> points;
+  for (const Entity* inner : block.entities) {
+    Entity* e = const_cast<Entity*>(inner);
+    if (auto* line = dbCast<LineEntity>(e)) {
+      points.insert(points.end(), {line->start, line->end});
+    } else if (auto* arc = dbCast<ArcEntity>(e)) {
+      for (double a : {arc->startAngle, arc->endAngle}) {
+        points.push_back(arc->center + OdGeVector3d(std::cos(a), std::sin(a), 0.0) * arc->radius);
+      }
+    } else if (auto* solid = dbCast<SolidEntity>(e)) {
+      points.insert(points.end(), std::begin(solid->corners), std::end(solid->corners));
+    } else if (auto* insert = dbCast<BlockReferenceEntity>(e)) {
+      points.push_back(insert->position);
+    }
+  }
+  return points;
+}
+
+// Every end of a regenerated extension line, and every arrow tip, is a point AutoCAD put in the
+// block.
+TEST(DimensionOracle, RegeneratedLinesAndArrowsEndWhereAutoCadsDo) {
+  int compared = 0, matched = 0, tips = 0, tipsMatched = 0;
   for (const std::string& file : corpusDwgFiles()) {
     if (file.rfind("dwg/20", 0) != 0) continue;
     OdDbDatabasePtr db;
@@ -113,31 +136,35 @@ TEST(DimensionOracle, RegeneratedExtensionLinesEndWhereAutoCadsDo) {
       for (const Entity* entity : block->entities) {
         auto* e = dbCast<DimensionEntity>(const_cast<Entity*>(entity));
         if (!e || !e->block || !(e->normal == kDefaultNormal)) continue;
-        std::vector<OdGePoint3d> ends;
-        for (const Entity* inner : e->block->entities) {
-          if (auto* line = dbCast<LineEntity>(const_cast<Entity*>(inner))) {
-            ends.push_back(line->start);
-            ends.push_back(line->end);
+        std::vector<OdGePoint3d> ends = blockPoints(*e->block);
+        auto inBlock = [&](const OdGePoint3d& p) {
+          double tolerance = 1e-6 * std::max(1.0, p.asVector().length());
+          for (const OdGePoint3d& q : ends) {
+            if (std::hypot(p.x - q.x, p.y - q.y) <= tolerance) return true;
           }
-        }
+          return false;
+        };
         gi::DimensionGraphics g = gi::regeneratedDimensionGraphics(*db, *e);
         for (const auto& s : g.segments) {
           if (!s.extension) continue;
           for (const OdGePoint3d& p : {s.start, s.end}) {
             ++compared;
-            double tolerance = 1e-6 * std::max(1.0, p.asVector().length());
-            bool found = false;
-            for (const OdGePoint3d& q : ends) found = found || (p - q).length() <= tolerance;
-            if (found) ++matched;
-            else std::cout << file << " " << e->handle.toHex() << " kind " << int(e->kind) << " (" << p.x << ", " << p.y << ")\n";
+            if (inBlock(p)) ++matched;
           }
+        }
+        for (const auto& arrow : g.arrows) {
+          ++tips;
+          if (inBlock(arrow.tip)) ++tipsMatched;
+          else std::cout << file << " " << e->handle.toHex() << " kind " << int(e->kind) << " tip (" << arrow.tip.x << ", " << arrow.tip.y << ")\n";
         }
       }
     }
   }
-  std::cout << matched << " of " << compared << " extension line ends match\n";
+  std::cout << matched << " of " << compared << " extension line ends and " << tipsMatched << " of " << tips
+            << " arrow tips match\n";
   if (compared == 0) GTEST_SKIP() << "no block-drawn dimensions in the corpus";
   EXPECT_GE(matched * 100, compared * 80);
+  EXPECT_GE(tipsMatched * 100, tips * 80);
 }
 
 // A jogged radius dimension read from DWG: centre, chord point, shown centre and jog.

@@ -241,7 +241,16 @@ void layoutRadial(Graphics& g, const DimensionEntity& e, const Plane& plane, con
   OdGeVector3d out = unitOr(chord - center, OdGeVector3d::kXAxis());
   double textDistance = (g.textPosition - center).dotProduct(out);
   DimensionArrow kind = s.tickSize > 0.0 ? DimensionArrow::kOblique : s.arrow2;
-  if (textDistance > radius) {
+  if (!s.lineInside && s.textInsideHorizontal) {
+    // A leader: one arrow on the circle, a line to an elbow and a landing up to the text.
+    double side = g.textPosition.x >= chord.x ? 1.0 : -1.0;
+    OdGePoint3d landing = g.textPosition - OdGeVector3d::kXAxis() * (side * (s.textWidth / 2.0 + s.textGap));
+    OdGePoint3d elbow = landing - OdGeVector3d::kXAxis() * (side * s.arrowSize);
+    g.segments.push_back({landing, elbow, false});
+    g.segments.push_back({elbow, chord, false});
+    g.arrows.push_back({chord, unitOr(elbow - chord, -out), kind});
+    if (textDistance > radius) addCenterMark(g, center, s);
+  } else if (textDistance > radius) {
     double reach = std::max(radius + 2.0 * s.arrowSize, textDistance - s.textWidth / 2.0 - s.textGap);
     g.segments.push_back({chord, center + out * reach, false});
     g.arrows.push_back({chord, out, kind});

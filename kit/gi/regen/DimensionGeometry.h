@@ -28,6 +28,7 @@ struct DimensionGeometryStyle {
   double textWidth = 0.0;           // of the text as drawn, for the gap left in the dimension line
   bool textAbove = false;           // DIMTAD != 0: the line is not broken for the text
   bool textInsideHorizontal = true;  // DIMTIH
+  bool lineInside = false;          // DIMTOFL: radial dimensions draw their line across the circle
   bool suppressExtension1 = false, suppressExtension2 = false;  // DIMSE1, DIMSE2
   bool suppressLine1 = false, suppressLine2 = false;            // DIMSD1, DIMSD2
   DimensionArrow arrow1 = DimensionArrow::kClosedFilled, arrow2 = DimensionArrow::kClosedFilled;

@@ -86,6 +86,7 @@ DimensionGeometryStyle geometryStyleOf(const OdDbDatabase& db, const Variables& 
   s.textGap = v.scaled(147, 0.09);
   s.textAbove = v.integer(77, 0) != 0;
   s.textInsideHorizontal = v.integer(73, 1) != 0;
+  s.lineInside = v.integer(172, 0) != 0;
   s.suppressExtension1 = v.integer(75, 0) != 0;
   s.suppressExtension2 = v.integer(76, 0) != 0;
   s.suppressLine1 = v.integer(281, 0) != 0;
