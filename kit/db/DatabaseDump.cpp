@@ -345,8 +345,10 @@ private:
              " lines=" + std::to_string(lines) + " text=" + str(m.text);
         break;
       }
-      case DbType::kHatch: {
-        auto& h = static_cast<const HatchEntity&>(e);
+      case DbType::kHatch:
+      case DbType::kMPolygon: {
+        const HatchData& h = e.type == DbType::kHatch ? static_cast<const HatchData&>(static_cast<const HatchEntity&>(e))
+                                                      : static_cast<const MPolygonEntity&>(e);
         size_t edges = 0;
         for (const HatchLoop& l : h.loops) edges += l.isPolyline() ? l.points.size() : l.edges.size();
         s += "pattern=" + str(h.patternName) + (h.solidFill ? " solid" : "") + " loops=" +

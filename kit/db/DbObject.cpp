@@ -45,6 +45,7 @@ const char* dbTypeName(DbType type) {
     case DbType::kUnderlay: return "UNDERLAY";
     case DbType::kModelerGeometry: return "MODELER_GEOMETRY";
     case DbType::kMesh: return "MESH";
+    case DbType::kMPolygon: return "MPOLYGON";
     case DbType::kProxyEntity: return "PROXY_ENTITY";
     case DbType::kSymbolTable: return "TABLE";
     case DbType::kLayer: return "LAYER";

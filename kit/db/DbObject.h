@@ -49,6 +49,7 @@ enum class DbType : uint16_t {
   kUnderlay,         // PDF, DWF and DGN underlays
   kModelerGeometry,  // REGION, 3DSOLID, BODY, SURFACE kinds: kept whole, not interpreted
   kMesh,             // subdivision MESH
+  kMPolygon,         // AutoCAD Map's MPOLYGON
   kProxyEntity,      // ACAD_PROXY_ENTITY and entity kinds this kit does not model
   // Symbol tables and their records.
   kSymbolTable,

@@ -26,6 +26,21 @@ double dimensionVariable(const DbObject& entity, const DimStyleRecord* style, in
   return style ? style->real(code, fallback) : fallback;
 }
 
+int64_t dimensionInteger(const DbObject& entity, const DimStyleRecord* style, int code, int64_t fallback) {
+  if (const TaggedValue* value = overrideOf(entity, code)) return value->asInteger();
+  return style ? style->integer(code, fallback) : fallback;
+}
+
+std::string dimensionString(const DbObject& entity, const DimStyleRecord* style, int code) {
+  if (const TaggedValue* value = overrideOf(entity, code)) return value->text;
+  return style ? style->text(code) : std::string();
+}
+
+OdDbHandle dimensionHandle(const DbObject& entity, const DimStyleRecord* style, int code) {
+  if (const TaggedValue* value = overrideOf(entity, code)) return OdDbHandle::fromHex(value->text);
+  return style ? style->handleOf(code) : OdDbHandle();
+}
+
 double dimensionArrowSize(const DbObject& entity, const DimStyleRecord* style) {
   double scale = dimensionVariable(entity, style, 40, 1.0);
   double size = dimensionVariable(entity, style, 41, 0.18) * (scale > 0.0 ? scale : 1.0);

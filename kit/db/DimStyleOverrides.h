@@ -7,6 +7,9 @@
 #include "kit/db/SymbolTables.h"
 
 double dimensionVariable(const DbObject& entity, const DimStyleRecord* style, int code, double fallback);
+int64_t dimensionInteger(const DbObject& entity, const DimStyleRecord* style, int code, int64_t fallback);
+std::string dimensionString(const DbObject& entity, const DimStyleRecord* style, int code);
+OdDbHandle dimensionHandle(const DbObject& entity, const DimStyleRecord* style, int code);
 
 // DIMASZ times DIMSCALE: the size of arrowheads and of a leader's hook line.
 double dimensionArrowSize(const DbObject& entity, const DimStyleRecord* style);

@@ -445,7 +445,8 @@ struct HatchGradient {
   std::vector<std::pair<double, OdCmEntityColor>> colors;
 };
 
-struct HatchEntity : EntityOf<DbType::kHatch> {
+// What HATCH and MPOLYGON share: boundary loops and their fill.
+struct HatchData {
   OdGePoint3d elevationPoint;  // z is the elevation of the OCS plane
   OdGeVector3d normal = kDefaultNormal;
   std::string patternName;
@@ -461,6 +462,16 @@ struct HatchEntity : EntityOf<DbType::kHatch> {
   std::vector<HatchPatternLine> patternLines;
   std::vector<OdGePoint2d> seedPoints;
   HatchGradient gradient;
+};
+
+struct HatchEntity : EntityOf<DbType::kHatch>, HatchData {};
+
+// MPOLYGON (AutoCAD Map's polygons): a hatch whose boundary is drawn too, its solid fill in a
+// colour of its own.
+struct MPolygonEntity : EntityOf<DbType::kMPolygon>, HatchData {
+  OdCmEntityColor fillColor;  // for solid fills; by layer when the file gave none
+  bool hasFillColor = false;
+  OdGeVector2d patternOffset;  // 11: the pattern's x direction offset
 };
 
 // SOLID and TRACE: four corners (the third and fourth equal for triangles), in OCS.

@@ -99,7 +99,9 @@ const std::unordered_map<std::string_view, DwgReaderEntry>& classNames() {
   static const std::unordered_map<std::string_view, DwgReaderEntry> table = {
       {"LWPOLYLINE", entity(readDwgLwPolyline)},
       {"ARC_DIMENSION", entity(readDwgArcDimension)},
+      {"LARGE_RADIAL_DIMENSION", entity(readDwgLargeRadialDimension)},
       {"HATCH", entity(readDwgHatch)},
+      {"MPOLYGON", entity(readDwgMPolygon)},
       {"IMAGE", entity(readDwgImage)},
       {"HELIX", entity(readDwgHelix)},
       {"MESH", entity(readDwgMesh)},

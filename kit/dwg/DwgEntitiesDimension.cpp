@@ -1,7 +1,7 @@
 // Dimensions: the seven fixed kinds (linear, aligned, angular by three points and by two lines,
-// radius, diameter, ordinate) and ARC_DIMENSION. All share a common part (text position and
-// override, insertion scale, measurement), then their definition points, then the dimension
-// style and the anonymous block that holds the graphics.
+// radius, diameter, ordinate), ARC_DIMENSION and LARGE_RADIAL_DIMENSION (jogged radius). All
+// share a common part (text position and override, insertion scale, measurement), then their
+// definition points, then the dimension style and the anonymous block that holds the graphics.
 #include "kit/dwg/DwgEntityReaders.h"
 #include "kit/dwg/DwgLoader.h"
 
@@ -129,5 +129,16 @@ void readDwgArcDimension(DwgObjectContext& c) {
   e->arcHasLeader = d.B();
   e->arcPoint = d.point3BD();
   e->leaderEnd = d.point3BD();
+  readStyleAndBlock(c, *e);
+}
+
+void readDwgLargeRadialDimension(DwgObjectContext& c) {
+  DimensionEntity* e = readDimensionCommon(c, Kind::kRadialLarge);
+  DwgBitReader& d = c.d;
+  e->definitionPoint = d.point3BD();  // centre
+  e->defPoint2 = d.point3BD();        // chord point
+  d.BD();                             // jog angle
+  e->defPoint3 = d.point3BD();        // centre shown
+  e->defPoint4 = d.point3BD();        // jog point
   readStyleAndBlock(c, *e);
 }

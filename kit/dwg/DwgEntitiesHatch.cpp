@@ -1,4 +1,4 @@
-// HATCH: gradient (R2004 on), boundary loops (polylines with bulges, or edges: lines, arcs,
+// HATCH and MPOLYGON: gradient (R2004 on), boundary loops (polylines with bulges, or edges: lines, arcs,
 // elliptic arcs, splines), pattern lines and seed points, then the handles of the objects each
 // loop was made from. Every count is bounded by the bits left, so damage cannot make it loop
 // or allocate for long.
@@ -101,7 +101,7 @@ uint32_t readLoop(DwgObjectContext& c, HatchLoop& loop) {
   return c.boundedCount(d.BL(), 8, c.s.handles);
 }
 
-void readPattern(DwgObjectContext& c, HatchEntity& e) {
+void readPattern(DwgObjectContext& c, HatchData& e) {
   DwgBitReader& d = c.d;
   e.patternAngle = d.BD();
   e.patternScale = d.BD();
@@ -146,5 +146,49 @@ void readDwgHatch(DwgObjectContext& c) {
   for (uint32_t i = 0; i < seeds && !d.overrun(); ++i) e->seedPoints.push_back(d.point2RD());
   for (uint32_t i = 0; i < loops; ++i) {
     for (uint32_t k = 0; k < sourceCounts[i] && !c.s.overrun(); ++k) e->loops[i].sourceObjects.push_back(c.s.handle());
+  }
+}
+
+namespace {
+
+// An MPOLYGON loop: always a polyline, its closed flag before its bulge flag (the reverse of a
+// hatch's).
+void readMPolygonLoop(DwgObjectContext& c, HatchLoop& loop) {
+  DwgBitReader& d = c.d;
+  loop.flags = HatchLoop::kPolyline;
+  d.B();  // closed: an area's loops always are
+  bool bulges = d.B();
+  uint32_t count = c.boundedCount(d.BL(), bulges ? 128 + 2 : 128);
+  for (uint32_t i = 0; i < count && !d.overrun(); ++i) {
+    loop.points.push_back(d.point2RD());
+    if (bulges) loop.bulges.push_back(d.BD());
+  }
+}
+
+}  // namespace
+
+// MPOLYGON: a leading style, the hatch's gradient, plane and name, a solid flag (no associative
+// one), its polyline loops, style and pattern, then the fill colour.
+void readDwgMPolygon(DwgObjectContext& c) {
+  auto* e = c.newEntity<MPolygonEntity>();
+  DwgBitReader& d = c.d;
+  e->style = d.BS();
+  if (c.atLeast(kDwgR2004)) readGradient(c, e->gradient);
+  e->elevationPoint = {0.0, 0.0, d.BD()};
+  e->normal = d.vector3BD();
+  e->patternName = c.s.text();
+  e->solidFill = d.B();
+  uint32_t loops = c.boundedCount(d.BL(), 2 + 2 + 2);
+  e->loops.resize(loops);
+  for (uint32_t i = 0; i < loops && !d.overrun(); ++i) readMPolygonLoop(c, e->loops[i]);
+  e->style = d.BS();
+  e->patternType = d.BS();
+  if (!e->solidFill) readPattern(c, *e);
+  // The fill colour's index leads; what follows it (true colour, the pattern offset, the
+  // boundary object count) is not needed to draw the polygon and is left unread.
+  int16_t fill = d.BS();
+  if (fill >= 1 && fill <= 255) {
+    e->fillColor = OdCmEntityColor::fromACI(fill);
+    e->hasFillColor = true;
   }
 }

@@ -52,12 +52,14 @@ void readDwgDimensionAngular2Line(DwgObjectContext& c);
 void readDwgDimensionRadius(DwgObjectContext& c);
 void readDwgDimensionDiameter(DwgObjectContext& c);
 void readDwgArcDimension(DwgObjectContext& c);
+void readDwgLargeRadialDimension(DwgObjectContext& c);
 
 void readDwgViewport(DwgObjectContext& c);
 // Viewports of the active layout get their numbers in block order: 1 is the layout's own.
 void numberDwgViewports(OdDbDatabase& db);
 
 void readDwgHatch(DwgObjectContext& c);
+void readDwgMPolygon(DwgObjectContext& c);
 void readDwgMesh(DwgObjectContext& c);
 void readDwgUnderlay(DwgObjectContext& c, UnderlayEntity::Format format);
 

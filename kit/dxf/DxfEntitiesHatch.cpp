@@ -7,7 +7,8 @@ namespace {
 
 class HatchReader {
 public:
-  HatchReader(DxfLoader& in, HatchEntity& hatch) : in_(in), h_(hatch) {}
+  HatchReader(DxfLoader& in, HatchData& hatch, MPolygonEntity* mpolygon = nullptr)
+      : in_(in), h_(hatch), mpolygon_(mpolygon) {}
 
   bool take(int code) {
     switch (phase_) {
@@ -41,6 +42,11 @@ private:
   enum class Phase { kHeader, kLoops, kAfterLoops, kSeeds };
 
   bool takeHeader(int code) {
+    if (mpolygon_ && code == 70) return true;  // version
+    if (mpolygon_ && code == 71) {
+      h_.solidFill = in_.boolean();
+      return true;
+    }
     switch (code) {
       case 10: case 20: case 30: in_.coordinate(h_.elevationPoint, 10); return true;
       case 210: case 220: case 230: in_.coordinate(h_.normal, 210); return true;
@@ -148,7 +154,30 @@ private:
     }
   }
 
+  // MPOLYGON's own groups after its loops: the fill colour and the pattern offset.
+  bool takeMPolygonGroup(int code) {
+    if (!mpolygon_) return false;
+    MPolygonEntity& m = *mpolygon_;
+    switch (code) {
+      case 63:
+        if (!h_.gradient.colors.empty()) return false;
+        m.fillColor = OdCmEntityColor::fromACI(in_.int16());
+        m.hasFillColor = true;
+        return true;
+      case 421:
+        if (!h_.gradient.colors.empty()) return false;
+        m.fillColor = OdCmEntityColor::fromPackedRGB(uint32_t(in_.int32()));
+        m.hasFillColor = true;
+        return true;
+      case 11: m.patternOffset.x = in_.real(); return true;
+      case 21: m.patternOffset.y = in_.real(); return true;
+      case 99: return true;  // degenerate loop count
+      default: return false;
+    }
+  }
+
   bool takeAfterLoops(int code) {
+    if (takeMPolygonGroup(code)) return true;
     HatchPatternLine* line = h_.patternLines.empty() ? nullptr : &h_.patternLines.back();
     switch (code) {
       case 75: h_.style = in_.int16(); return true;
@@ -197,18 +226,31 @@ private:
   }
 
   DxfLoader& in_;
-  HatchEntity& h_;
+  HatchData& h_;
+  MPolygonEntity* mpolygon_;
   Phase phase_ = Phase::kHeader;
 };
 
 }  // namespace
 
-Entity* readHatchEntity(DxfLoader& in) {
-  auto* e = in.newEntity<HatchEntity>();
-  HatchReader reader(in, *e);
+namespace {
+
+template <class E>
+Entity* readHatchLike(DxfLoader& in, MPolygonEntity* mpolygon, E* e) {
+  HatchReader reader(in, *e, mpolygon);
   readEntityGroups(in, *e, [&](int code) { return code == 100 || reader.take(code); });
   for (HatchLoop& loop : e->loops) {
     if (!loop.bulges.empty() && loop.bulges.size() < loop.points.size()) loop.bulges.resize(loop.points.size(), 0.0);
   }
   return in.finish(e);
+}
+
+}  // namespace
+
+Entity* readHatchEntity(DxfLoader& in) { return readHatchLike(in, nullptr, in.newEntity<HatchEntity>()); }
+
+// MPOLYGON: a hatch's groups, but 70 is its version and 71 its solid fill flag.
+Entity* readMPolygonEntity(DxfLoader& in) {
+  auto* e = in.newEntity<MPolygonEntity>();
+  return readHatchLike(in, e, e);
 }

@@ -73,6 +73,7 @@ Entity* readLeaderEntity(DxfLoader& in);
 Entity* readMLeaderEntity(DxfLoader& in);
 Entity* readTableEntity(DxfLoader& in);
 Entity* readHatchEntity(DxfLoader& in);
+Entity* readMPolygonEntity(DxfLoader& in);
 Entity* readImageEntity(DxfLoader& in);
 Entity* readWipeoutEntity(DxfLoader& in);
 Entity* readViewportEntity(DxfLoader& in);

@@ -83,6 +83,7 @@ const std::unordered_map<std::string_view, EntityReader>& entityReaders() {
       {"MLEADER", readMLeaderEntity},
       {"ACAD_TABLE", readTableEntity},
       {"HATCH", readHatchEntity},
+      {"MPOLYGON", readMPolygonEntity},
       {"IMAGE", readImageEntity},
       {"WIPEOUT", readWipeoutEntity},
       {"VIEWPORT", readViewportEntity},

@@ -116,6 +116,7 @@ void DxfWriterContext::entity(const Entity& e) {
     case DbType::kUnderlay: writeUnderlay(c, static_cast<const UnderlayEntity&>(e)); break;
     case DbType::kModelerGeometry: writeModelerGeometry(c, static_cast<const ModelerGeometryEntity&>(e)); break;
     case DbType::kMesh: writeMesh(c, static_cast<const MeshEntity&>(e)); break;
+    case DbType::kMPolygon: writeMPolygon(c, static_cast<const MPolygonEntity&>(e)); break;
     case DbType::kProxyEntity: writeProxyEntity(c, static_cast<const ProxyEntity&>(e)); break;
     default: break;
   }

@@ -37,6 +37,7 @@ void writeTable(DxfWriterContext& c, const TableEntity& e);
 
 // HATCH (DxfWriterHatchEntity.cpp).
 void writeHatch(DxfWriterContext& c, const HatchEntity& e);
+void writeMPolygon(DxfWriterContext& c, const MPolygonEntity& e);
 
 // Images, viewports, OLE, multilines, underlays, modeler data, meshes and proxies
 // (DxfWriterOtherEntities.cpp).

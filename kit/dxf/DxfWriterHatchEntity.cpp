@@ -1,6 +1,6 @@
 // HATCH: boundary loops (polyline loops and edge loops of lines, arcs, elliptic arcs and
 // splines), pattern definition lines, seed points and gradient fills, in the order the reader
-// tells its parts apart by.
+// tells its parts apart by. MPOLYGON the same way, in its own group codes.
 #include "kit/dxf/DxfWriterEntities.h"
 
 namespace {
@@ -79,7 +79,7 @@ void writeLoop(DxfWriterContext& c, const HatchLoop& loop) {
   for (OdDbHandle h : loop.sourceObjects) c.out.handle(330, h);
 }
 
-void writePattern(DxfWriterContext& c, const HatchEntity& h) {
+void writePattern(DxfWriterContext& c, const HatchData& h) {
   bool pattern = !h.solidFill || !h.patternLines.empty() || h.patternAngle != 0.0 || h.patternScale != 1.0 ||
                  h.patternDouble;
   if (!pattern) return;
@@ -136,4 +136,39 @@ void writeHatch(DxfWriterContext& c, const HatchEntity& h) {
   for (const OdGePoint2d& p : h.seedPoints) c.out.point(10, p);
   writeGradient(c, h.gradient);
   c.entityEnd(h);
+}
+
+// MPOLYGON: 70 is the version and 71 the solid flag; its loops are polylines, closed before bulged.
+void writeMPolygon(DxfWriterContext& c, const MPolygonEntity& m) {
+  c.entityStart("MPOLYGON", m);
+  c.out.raw(100, "AcDbMPolygon");
+  c.out.integer(70, 1);
+  c.out.point(10, m.elevationPoint);
+  c.out.point(210, m.normal);
+  c.out.text(2, m.patternName);
+  c.out.boolean(71, m.solidFill);
+  int64_t polylines = 0;
+  for (const HatchLoop& loop : m.loops) polylines += loop.isPolyline() ? 1 : 0;
+  c.out.integer(91, polylines);
+  for (const HatchLoop& loop : m.loops) {
+    if (!loop.isPolyline()) continue;
+    c.out.integer(92, loop.flags);
+    c.out.boolean(73, loop.closed);
+    c.out.boolean(72, !loop.bulges.empty());
+    c.out.integer(93, int64_t(loop.points.size()));
+    for (size_t i = 0; i < loop.points.size(); ++i) {
+      c.out.point(10, loop.points[i]);
+      if (!loop.bulges.empty()) c.out.real(42, i < loop.bulges.size() ? loop.bulges[i] : 0.0);
+    }
+  }
+  c.out.integer(76, m.patternType);
+  if (!m.solidFill) writePattern(c, m);
+  if (m.hasFillColor) {
+    if (m.fillColor.isByColor()) c.out.integer(421, int64_t(m.fillColor.rgb()));
+    else c.out.integer(63, m.fillColor.colorIndex());
+  }
+  c.out.point(11, OdGePoint2d(m.patternOffset.x, m.patternOffset.y));
+  c.out.integer(99, 0);
+  writeGradient(c, m.gradient);
+  c.entityEnd(m);
 }

@@ -175,6 +175,7 @@ const KnownClass kKnownClasses[] = {
     {"LARGE_RADIAL_DIMENSION", "AcDbRadialDimensionLarge", "ObjectDBX Classes", 1025, true},
     {"HELIX", "AcDbHelix", "ObjectDBX Classes", 4095, true},
     {"MESH", "AcDbSubDMesh", "ObjectDBX Classes", 4095, true},
+    {"MPOLYGON", "AcDbMPolygon", "AcMPolygonObj15", 1025, true},
     {"PDFUNDERLAY", "AcDbPdfReference", "ObjectDBX Classes", 4095, true},
     {"DWFUNDERLAY", "AcDbDwfReference", "ObjectDBX Classes", 4095, true},
     {"DGNUNDERLAY", "AcDbDgnReference", "ObjectDBX Classes", 4095, true},
@@ -188,6 +189,7 @@ const char* entityClassName(const Entity& e) {
     case DbType::kMLeader: return "MULTILEADER";
     case DbType::kHelix: return "HELIX";
     case DbType::kMesh: return "MESH";
+    case DbType::kMPolygon: return "MPOLYGON";
     case DbType::kDimension: {
       auto kind = static_cast<const DimensionEntity&>(e).kind;
       if (kind == DimensionEntity::Kind::kArcLength) return "ARC_DIMENSION";

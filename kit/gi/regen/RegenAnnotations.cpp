@@ -1,7 +1,6 @@
 // Dimensions and tables through the anonymous blocks that hold their graphics; leaders with their
 // arrowheads; tolerance frames as their text.
 #include <cmath>
-#include <cstdio>
 
 #include "kit/db/DimStyleOverrides.h"
 #include "kit/gi/regen/RegenEntities.h"
@@ -33,26 +32,6 @@ void drawOwnedBlock(GiRegenContext& ctx, const Entity& owner, const BlockRecord*
   ctx.popBlock();
 }
 
-// A dimension without its block: at least its text at the text point.
-void drawDimensionText(GiRegenContext& ctx, const DimensionEntity& e) {
-  std::string text = e.text;
-  char measured[64];
-  std::snprintf(measured, sizeof measured, "%.4g", e.hasActualMeasurement ? e.actualMeasurement : 0.0);
-  if (text.empty()) text = measured;
-  size_t marker = text.find("<>");
-  if (marker != std::string::npos) text.replace(marker, 2, measured);
-  TextData data;
-  data.text = text;
-  data.position = e.textMidpoint;
-  data.alignmentPoint = e.textMidpoint;
-  data.hasAlignmentPoint = true;
-  data.horizontalMode = TextData::kMiddle;
-  data.normal = e.normal;
-  data.rotation = e.textRotation;
-  data.height = e.style ? e.style->dimtxt() * e.style->dimscale() : ctx.database().header().dimTxt;
-  regenText(ctx, data);
-}
-
 }  // namespace
 
 void regenDimension(GiRegenContext& ctx, const DimensionEntity& e) {
@@ -61,7 +40,7 @@ void regenDimension(GiRegenContext& ctx, const DimensionEntity& e) {
     drawOwnedBlock(ctx, e, e.block, OdGeMatrix3d());
     return;
   }
-  drawDimensionText(ctx, e);
+  regenDimensionFromStyle(ctx, e);
 }
 
 void regenTable(GiRegenContext& ctx, const TableEntity& e) {

@@ -38,6 +38,7 @@ void regenEntity(GiRegenContext& ctx, const Entity& entity) {
     case DbType::kLeader: regenLeader(ctx, static_cast<const LeaderEntity&>(entity)); break;
     case DbType::kMLeader: regenMLeader(ctx, static_cast<const MLeaderEntity&>(entity)); break;
     case DbType::kHatch: regenHatch(ctx, static_cast<const HatchEntity&>(entity)); break;
+    case DbType::kMPolygon: regenMPolygon(ctx, static_cast<const MPolygonEntity&>(entity)); break;
     case DbType::kSolid: {
       const auto& solid = static_cast<const SolidEntity&>(entity);
       regenSolid(ctx, solid.corners, solid.normal);

@@ -28,6 +28,7 @@ void regenMesh(GiRegenContext& ctx, const MeshEntity& e);
 void regenSolid(GiRegenContext& ctx, const OdGePoint3d (&corners)[4], const OdGeVector3d& normal);
 
 void regenHatch(GiRegenContext& ctx, const HatchEntity& e);
+void regenMPolygon(GiRegenContext& ctx, const MPolygonEntity& e);
 
 void regenBlockReference(GiRegenContext& ctx, const BlockReferenceEntity& e);
 
@@ -37,6 +38,10 @@ void regenAttributeDefinition(GiRegenContext& ctx, const AttributeDefinitionEnti
 void regenMText(GiRegenContext& ctx, const MTextData& text);
 
 void regenDimension(GiRegenContext& ctx, const DimensionEntity& e);
+// A dimension drawn from its definition points and dimension variables (no block to draw).
+void regenDimensionFromStyle(GiRegenContext& ctx, const DimensionEntity& e);
+// The text regenDimensionFromStyle draws (MText contents).
+std::string regeneratedDimensionText(const OdDbDatabase& db, const DimensionEntity& e);
 void regenLeader(GiRegenContext& ctx, const LeaderEntity& e);
 void regenMLeader(GiRegenContext& ctx, const MLeaderEntity& e);
 void regenTolerance(GiRegenContext& ctx, const ToleranceEntity& e);

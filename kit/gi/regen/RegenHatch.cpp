@@ -1,12 +1,14 @@
 // HATCH: boundary loops in the hatch's plane; solid fills (and gradients, drawn in their first
 // colour) as one shell whose faces carry their islands as holes; patterns as line families cut
-// to the loops. A pattern too dense to draw is filled instead.
+// to the loops. A pattern too dense to draw is filled instead. MPOLYGON: the same fill, in its own
+// colour when solid, and its boundary drawn.
 #include <cmath>
 
 #include "kit/gi/GiPolygonHoles.h"
 #include "kit/gi/GiTessellation.h"
 #include "kit/gi/HatchPatternLines.h"
 #include "kit/gi/regen/RegenEntities.h"
+#include "kit/gi/regen/RegenPrimitives.h"
 
 namespace gi {
 
@@ -33,7 +35,7 @@ std::vector<OdGePoint2d> loopOutline(const HatchLoop& loop, double deviation) {
 }
 
 // Loops taking part by the hatch style: all (odd parity), the outer two levels, or the outermost.
-std::vector<std::vector<OdGePoint2d>> selectedLoops(const HatchEntity& e, double deviation, std::vector<int>& depths) {
+std::vector<std::vector<OdGePoint2d>> selectedLoops(const HatchData& e, double deviation, std::vector<int>& depths) {
   std::vector<std::vector<OdGePoint2d>> loops;
   for (const HatchLoop& loop : e.loops) {
     std::vector<OdGePoint2d> outline = loopOutline(loop, deviation);
@@ -51,7 +53,7 @@ std::vector<std::vector<OdGePoint2d>> selectedLoops(const HatchEntity& e, double
   return kept;
 }
 
-void drawSolid(GiRegenContext& ctx, const HatchEntity& e, const std::vector<std::vector<OdGePoint2d>>& loops,
+void drawSolid(GiRegenContext& ctx, const HatchData& e, const std::vector<std::vector<OdGePoint2d>>& loops,
                const std::vector<int>& depths) {
   OdGeMatrix3d plane = OdGeMatrix3d::planeToWorld(e.normal);
   double z = e.elevationPoint.z;
@@ -81,7 +83,7 @@ void drawSolid(GiRegenContext& ctx, const HatchEntity& e, const std::vector<std:
 }
 
 // Pattern lines of a hatch whose file gave none: ANSI31's 45-degree lines.
-std::vector<HatchPatternLine> defaultPattern(const HatchEntity& e) {
+std::vector<HatchPatternLine> defaultPattern(const HatchData& e) {
   HatchPatternLine line;
   double scale = e.patternScale > 0.0 && std::isfinite(e.patternScale) ? e.patternScale : 1.0;
   line.angle = kPi / 4 + e.patternAngle;
@@ -90,7 +92,7 @@ std::vector<HatchPatternLine> defaultPattern(const HatchEntity& e) {
   return {line};
 }
 
-bool drawPattern(GiRegenContext& ctx, const HatchEntity& e, const std::vector<std::vector<OdGePoint2d>>& loops) {
+bool drawPattern(GiRegenContext& ctx, const HatchData& e, const std::vector<std::vector<OdGePoint2d>>& loops) {
   std::vector<HatchSegment> segments;
   const std::vector<HatchPatternLine> lines = e.patternLines.empty() ? defaultPattern(e) : e.patternLines;
   for (const HatchPatternLine& line : lines) {
@@ -110,9 +112,7 @@ bool drawPattern(GiRegenContext& ctx, const HatchEntity& e, const std::vector<st
   return true;
 }
 
-}  // namespace
-
-void regenHatch(GiRegenContext& ctx, const HatchEntity& e) {
+void drawFill(GiRegenContext& ctx, const HatchData& e) {
   std::vector<int> depths;
   std::vector<std::vector<OdGePoint2d>> loops = selectedLoops(e, ctx.localDeviation(), depths);
   if (loops.empty()) return;
@@ -126,6 +126,26 @@ void regenHatch(GiRegenContext& ctx, const HatchEntity& e) {
     return;
   }
   if (!drawPattern(ctx, e, loops)) drawSolid(ctx, e, loops, depths);
+}
+
+}  // namespace
+
+void regenHatch(GiRegenContext& ctx, const HatchEntity& e) { drawFill(ctx, e); }
+
+void regenMPolygon(GiRegenContext& ctx, const MPolygonEntity& e) {
+  OdGiSubEntityTraitsData entityTraits = ctx.effectiveTraits();
+  if (e.solidFill && e.hasFillColor) ctx.setTraitsColor(e.fillColor);
+  drawFill(ctx, e);
+  ctx.traits().setAll(entityTraits);
+  OdGeMatrix3d plane = OdGeMatrix3d::planeToWorld(e.normal);
+  for (const HatchLoop& loop : e.loops) {
+    std::vector<OdGePoint2d> outline = loopOutline(loop, ctx.localDeviation());
+    if (outline.size() < 2) continue;
+    std::vector<OdGePoint3d> points;
+    for (const OdGePoint2d& p : outline) points.push_back(plane.transform(OdGePoint3d(p.x, p.y, e.elevationPoint.z)));
+    points.push_back(points.front());
+    drawChain(ctx, points, &e.normal);
+  }
 }
 
 }  // namespace gi
