@@ -60,6 +60,8 @@ void MyServices::AddEnvironmentPaths() {
   }
 }
 
+void MyServices::warning(const std::string& message) { TraceMessage("Kit", message); }
+
 OdString MyServices::KitSearch(const OdString& path) {
   const OdString found = OdDbHostAppServices::findFile(path);
   if (!found.isEmpty()) g_LastFoundFile = found;
@@ -148,5 +150,12 @@ OdString MyServices::FindFont(const OdString& bareName, bool hasFontExtension) {
       return found;
     }
   }
-  return OdString();
+  // Fonts shipped beside the drawing.
+  if (inputDirectory.isEmpty()) return OdString();
+  const OdString beside = inputDirectory + bareName;
+  TraceMessage("Checking drawing folder", beside);
+  OdString found = KitSearch(beside);
+  if (found.isEmpty() && !hasFontExtension) found = KitSearch(beside + L".shx");
+  if (!found.isEmpty()) TraceMessage("Found Font", found);
+  return found;
 }

@@ -26,6 +26,7 @@ public:
 
   OdString findFile(const OdString& fileName, OdDbDatabase* database = nullptr,
                     int hint = kDefault) override;
+  void warning(const std::string& message) override;
   OdDbHostAppProgressMeter* progressMeter() override { return &meter; }
   HostAppProgressMeter& GetProgressMeter() { return meter; }
 

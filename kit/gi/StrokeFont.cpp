@@ -130,98 +130,11 @@ const Glyph* StrokeFont::glyph(char32_t ch) const {
   return it == glyphs_.end() ? nullptr : &it->second;
 }
 
-namespace {
-
-double glyphRight(const Glyph& glyph) {
-  double right = 0.0;
-  for (const auto& stroke : glyph.strokes) {
-    for (const GlyphVertex& v : stroke) right = std::max(right, v.point.x);
-  }
-  return right;
-}
-
-}  // namespace
-
-// ---- Font lookup -------------------------------------------------------------------------------
-
-namespace {
-
-struct FontRegistry {
-  std::vector<std::string> directories = {"/usr/share/librecad/fonts"};
-  std::map<std::string, std::unique_ptr<StrokeFont>> loaded;  // by lower-case base name; null = missing
-
-  const StrokeFont* load(const std::string& name) {
-    auto it = loaded.find(name);
-    if (it != loaded.end()) return it->second.get();
-    std::unique_ptr<StrokeFont> font;
-    for (const std::string& dir : directories) {
-      std::ifstream probe(dir + "/" + name + ".lff");
-      if (!probe) continue;
-      font = StrokeFont::fromLffFile(dir + "/" + name + ".lff");
-      if (font->empty()) font.reset();
-      if (font) break;
-    }
-    return (loaded[name] = std::move(font)).get();
-  }
-};
-
-FontRegistry& registry() {
-  static FontRegistry instance;
-  return instance;
-}
-
-// "C:\Fonts\RomanS.SHX" -> "romans".
-std::string baseName(const std::wstring& path) {
-  std::string narrow;
-  for (wchar_t c : path) narrow += (c > 0 && c < 128) ? char(std::tolower(int(c))) : '_';
-  size_t slash = narrow.find_last_of("/\\");
-  if (slash != std::string::npos) narrow.erase(0, slash + 1);
-  size_t dot = narrow.rfind('.');
-  if (dot != std::string::npos) narrow.erase(dot);
-  return narrow;
-}
-
-}  // namespace
-
-void setStrokeFontDirectories(std::vector<std::string> directories) {
-  registry().directories = std::move(directories);
-  registry().loaded.clear();
-}
-
-const StrokeFont* strokeFontFor(const OdGiTextStyle& style) {
-  FontRegistry& fonts = registry();
-  std::string name = baseName(style.fileName().str());
-  if (name == "txt") name = "standard";
-  if (!name.empty()) {
-    if (const StrokeFont* font = fonts.load(name)) return font;
-  }
-  for (const char* fallback : {"standard", "iso", "simplex", "romans"}) {
-    if (const StrokeFont* font = fonts.load(fallback)) return font;
-  }
-  return nullptr;
-}
-
-double measureText(const OdGiTextStyle& style, const std::u32string& chars) {
-  const StrokeFont* font = strokeFontFor(style);
-  double width = 0.0;
-  for (char32_t ch : chars) {
-    const Glyph* glyph = font ? font->glyph(ch) : nullptr;
-    if (!glyph && font && ch != U' ') {
-      if (const StrokeFont* fallback = fallbackStrokeFont()) glyph = fallback->glyph(ch);
-    }
-    width += glyph ? glyph->advance : (font ? font->wordSpacing() : 0.6);
-  }
-  // The spacing after the last glyph is not part of the text's extent.
-  if (font && !chars.empty()) {
-    const Glyph* last = font->glyph(chars.back());
-    if (last && !last->strokes.empty()) width -= last->advance - glyphRight(*last);
-  }
-  return width;
-}
-
-const StrokeFont* fallbackStrokeFont() {
-  if (const StrokeFont* font = registry().load("unicode")) return font;
-  return registry().load("standard");
+std::unique_ptr<StrokeFont> StrokeFont::fromGlyphs(std::map<char32_t, Glyph> glyphs, double wordSpacing) {
+  auto font = std::make_unique<StrokeFont>();
+  font->glyphs_ = std::move(glyphs);
+  font->wordSpacing_ = wordSpacing;
+  return font;
 }
 
 }  // namespace gi

@@ -30,11 +30,14 @@ public:
   // Reads an LFF file; an unreadable file gives a font without glyphs.
   static std::unique_ptr<StrokeFont> fromLffFile(const std::string& path);
   static std::unique_ptr<StrokeFont> fromLffText(std::string_view text);
+  // Glyphs already in text heights, from another source (SHX fonts).
+  static std::unique_ptr<StrokeFont> fromGlyphs(std::map<char32_t, Glyph> glyphs, double wordSpacing);
 
   // The glyph of a character, or null when the font lacks it.
   const Glyph* glyph(char32_t ch) const;
   double wordSpacing() const { return wordSpacing_; }
   bool empty() const { return glyphs_.empty(); }
+  const std::map<char32_t, Glyph>& glyphs() const { return glyphs_; }
 
 private:
   void parse(std::string_view text);
@@ -44,17 +47,21 @@ private:
   double letterSpacing_ = 1.0 / 3.0;
 };
 
-// The folders searched for stroke fonts; the system's LibreCAD font folder unless set.
+// The folders searched for LFF stroke fonts; the system's LibreCAD font folder unless set.
 void setStrokeFontDirectories(std::vector<std::string> directories);
 
-// The stroke font standing in for a text style's font: the LFF font of the same name (romans.shx
-// becomes romans.lff), else the standard font. Null only when no font can be found at all.
+// The font a text style's texts are drawn with: its SHX font (and big font) when the host services
+// find the file, else the LFF font of the same name (romans.shx becomes romans.lff), else the
+// standard font. Every file is read once per run. Null only when no font can be found at all.
 const StrokeFont* strokeFontFor(const OdGiTextStyle& style);
 // A font that has glyphs for nearly every character, used for characters the style's font lacks.
 const StrokeFont* fallbackStrokeFont();
 
-// The advance of a run of characters in text heights (width factor 1), from the stroke font
-// standing in for the style; an estimate of 0.6 heights per character without any font.
+// The SHX file a SHAPE entity's style names, found and read; null when missing or unreadable.
+const class ShxFont* shapeFileFor(const std::string& fileName);
+
+// The advance of a run of characters in text heights (width factor 1), from the style's font; an
+// estimate of 0.6 heights per character without any font.
 double measureText(const OdGiTextStyle& style, const std::u32string& chars);
 
 }  // namespace gi

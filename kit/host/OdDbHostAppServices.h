@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include "kit/base/OdString.h"
 #include "kit/db/OdDbDatabase.h"
@@ -40,6 +41,9 @@ public:
   virtual OdDbDatabasePtr recoverFile(const OdString& path, OdDbAuditInfo* auditInfo = nullptr);
   // A new database holding the standard records, for importers to fill.
   virtual OdDbDatabasePtr createDatabase();
+
+  // A problem the kit worked around (a font file missing or unreadable), for the host's log.
+  virtual void warning(const std::string& /*message*/) {}
 
   // The meter that loads report to, or null for none.
   virtual OdDbHostAppProgressMeter* progressMeter() { return nullptr; }

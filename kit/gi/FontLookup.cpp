@@ -1,0 +1,278 @@
+// Which font a text style is drawn with, and the run-wide cache of font files: SHX files are found
+// through the host services (font path, ACAD and ACADFONT folders) and read once; LFF files are
+// parsed only when a style needs them as a stand-in.
+#include <iconv.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+
+#include "kit/gi/OdGiTextStyle.h"
+#include "kit/gi/ShxFont.h"
+#include "kit/gi/StrokeFont.h"
+#include "kit/host/OdDbHostAppServices.h"
+#include "kit/host/OdKit.h"
+
+namespace gi {
+
+namespace {
+
+std::string toUtf8(const std::wstring& text) {
+  std::string out;
+  for (wchar_t wc : text) {
+    auto c = char32_t(wc);
+    if (c < 0x80) {
+      out += char(c);
+    } else if (c < 0x800) {
+      out += char(0xC0 | (c >> 6));
+      out += char(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+      out += char(0xE0 | (c >> 12));
+      out += char(0x80 | ((c >> 6) & 0x3F));
+      out += char(0x80 | (c & 0x3F));
+    } else {
+      out += char(0xF0 | (c >> 18));
+      out += char(0x80 | ((c >> 12) & 0x3F));
+      out += char(0x80 | ((c >> 6) & 0x3F));
+      out += char(0x80 | (c & 0x3F));
+    }
+  }
+  return out;
+}
+
+std::string lowerCase(std::string text) {
+  for (char& c : text) c = char(std::tolower(uint8_t(c)));
+  return text;
+}
+
+// "C:\Fonts\RomanS.SHX" -> "romans".
+std::string baseName(const std::string& path) {
+  std::string name = lowerCase(path);
+  size_t slash = name.find_last_of("/\\");
+  if (slash != std::string::npos) name.erase(0, slash + 1);
+  size_t dot = name.rfind('.');
+  if (dot != std::string::npos) name.erase(dot);
+  return name;
+}
+
+void warn(const std::string& message) {
+  if (OdDbHostAppServices* services = odHostAppServices()) services->warning(message);
+}
+
+// The path of a font file the host services find, empty when none; without services, the name
+// as given.
+std::string findFontFile(const std::string& name) {
+  OdString wide(odDecodeUtf8(name.data(), name.size()));
+  OdDbHostAppServices* services = odHostAppServices();
+  OdDbHostAppServices ownSearch;
+  OdString found = (services ? services : &ownSearch)->findFile(wide, nullptr, OdDbHostAppServices::kCompiledShapeFile);
+  return toUtf8(found.str());
+}
+
+Glyph scaled(const Glyph& glyph, double factor) {
+  Glyph out = glyph;
+  for (auto& stroke : out.strokes) {
+    for (GlyphVertex& v : stroke) v.point = {v.point.x * factor, v.point.y * factor};
+  }
+  out.advance *= factor;
+  return out;
+}
+
+// The character a shape font's shape number stands for: ASCII as it is, 127 to 129 the degree,
+// plus-minus and diameter symbols, the rest Latin-1.
+char32_t shapeFontCharacter(uint32_t number) {
+  switch (number) {
+    case 127: return U'\u00B0';
+    case 128: return U'\u00B1';
+    case 129: return U'\u2300';
+    default: return number < 256 ? char32_t(number) : 0;
+  }
+}
+
+// The encoding of a big font's double-byte codes, from the usual font names; Japanese otherwise.
+const char* bigFontEncoding(const std::string& name) {
+  if (name.find("gbc") != std::string::npos || name.find("gb2312") != std::string::npos) return "GBK";
+  if (name.find("chineset") != std::string::npos || name.find("big5") != std::string::npos) return "BIG5";
+  if (name.find("whg") != std::string::npos || name.find("hanja") != std::string::npos) return "CP949";
+  return "CP932";
+}
+
+class DoubleByteDecoder {
+public:
+  explicit DoubleByteDecoder(const char* encoding) : handle_(iconv_open("UTF-32LE", encoding)) {}
+  ~DoubleByteDecoder() {
+    if (handle_ != iconv_t(-1)) iconv_close(handle_);
+  }
+  DoubleByteDecoder(const DoubleByteDecoder&) = delete;
+  DoubleByteDecoder& operator=(const DoubleByteDecoder&) = delete;
+
+  char32_t decode(uint32_t code) {
+    if (handle_ == iconv_t(-1)) return 0;
+    char in[2] = {char(code >> 8), char(code & 0xFF)};
+    unsigned char out[4] = {0, 0, 0, 0};
+    char* inPtr = in;
+    char* outPtr = reinterpret_cast<char*>(out);
+    size_t inLeft = 2, outLeft = 4;
+    iconv(handle_, nullptr, nullptr, nullptr, nullptr);
+    if (iconv(handle_, &inPtr, &inLeft, &outPtr, &outLeft) == size_t(-1) || outLeft != 0) return 0;
+    return char32_t(out[0] | out[1] << 8 | out[2] << 16 | uint32_t(out[3]) << 24);
+  }
+
+private:
+  iconv_t handle_;
+};
+
+void addRegularGlyphs(const ShxFont& font, std::map<char32_t, Glyph>& glyphs) {
+  double factor = 1.0 / font.unitsPerHeight();
+  for (const auto& [number, glyph] : font.shapes()) {
+    char32_t ch = font.kind() == ShxKind::kShapes ? shapeFontCharacter(number) : char32_t(number);
+    if (ch != 0) glyphs.insert_or_assign(ch, scaled(glyph, factor));
+  }
+  // Unifonts draw %%c with whichever diameter-like sign they have.
+  for (char32_t alias : {U'\u2205', U'\u00D8'}) {
+    auto it = glyphs.find(alias);
+    if (glyphs.count(U'\u2300') == 0 && it != glyphs.end()) glyphs.emplace(U'\u2300', it->second);
+  }
+}
+
+void addBigFontGlyphs(const ShxFont& font, const std::string& name, std::map<char32_t, Glyph>& glyphs) {
+  double factor = 1.0 / font.unitsPerHeight();
+  DoubleByteDecoder decoder(bigFontEncoding(name));
+  for (const auto& [number, glyph] : font.shapes()) {
+    if (number < 0x100) continue;  // single-byte codes come from the regular font
+    if (char32_t ch = decoder.decode(number)) glyphs.insert_or_assign(ch, scaled(glyph, factor));
+  }
+}
+
+struct FontCache {
+  std::vector<std::string> lffDirectories = {"/usr/share/librecad/fonts"};
+  std::map<std::string, std::unique_ptr<StrokeFont>> lff;    // by base name; null = missing
+  std::map<std::string, std::unique_ptr<ShxFont>> shx;       // by the name as written, lower case
+  std::map<std::string, std::unique_ptr<StrokeFont>> styles; // SHX-based fonts by "font|big font"
+
+  const StrokeFont* loadLff(const std::string& name) {
+    auto it = lff.find(name);
+    if (it != lff.end()) return it->second.get();
+    std::unique_ptr<StrokeFont> font;
+    for (const std::string& dir : lffDirectories) {
+      std::string path = dir + "/" + name + ".lff";
+      if (!std::filesystem::is_regular_file(path)) continue;
+      font = StrokeFont::fromLffFile(path);
+      if (font->empty()) font.reset();
+      if (font) break;
+    }
+    return (lff[name] = std::move(font)).get();
+  }
+
+  const StrokeFont* standIn(const std::string& name) {
+    std::string base = baseName(name);
+    if (base == "txt") base = "standard";
+    if (!base.empty()) {
+      if (const StrokeFont* font = loadLff(base)) return font;
+    }
+    for (const char* fallback : {"standard", "iso", "simplex", "romans"}) {
+      if (const StrokeFont* font = loadLff(fallback)) return font;
+    }
+    return nullptr;
+  }
+
+  // The SHX file of this name, read once; null (with one warning) when missing or unreadable.
+  const ShxFont* loadShx(const std::string& name, const char* purpose) {
+    std::string key = lowerCase(name);
+    auto it = shx.find(key);
+    if (it != shx.end()) return it->second.get();
+    std::unique_ptr<ShxFont> font;
+    std::string path = findFontFile(name);
+    std::string error;
+    if (path.empty()) {
+      warn(std::string("SHX ") + purpose + " not found, drawn with a stand-in: " + name);
+    } else if (!(font = ShxFont::fromFile(path, &error))) {
+      warn(std::string("SHX ") + purpose + " unreadable (" + error + "), drawn with a stand-in: " + path);
+    } else if (font->brokenShapes() > 0) {
+      warn("SHX font " + path + ": " + std::to_string(font->brokenShapes()) + " shapes could not be decoded");
+    }
+    return (shx[key] = std::move(font)).get();
+  }
+};
+
+FontCache& cache() {
+  static FontCache instance;
+  return instance;
+}
+
+bool isShxName(const std::string& name) {
+  std::string lower = lowerCase(name);
+  return lower.size() > 4 ? lower.ends_with(".shx") : !lower.empty() && lower.find('.') == std::string::npos;
+}
+
+double glyphRight(const Glyph& glyph) {
+  double right = 0.0;
+  for (const auto& stroke : glyph.strokes) {
+    for (const GlyphVertex& v : stroke) right = std::max(right, v.point.x);
+  }
+  return right;
+}
+
+}  // namespace
+
+void setStrokeFontDirectories(std::vector<std::string> directories) {
+  cache().lffDirectories = std::move(directories);
+  cache().lff.clear();
+  cache().styles.clear();
+}
+
+const StrokeFont* strokeFontFor(const OdGiTextStyle& style) {
+  FontCache& fonts = cache();
+  std::string fontName = toUtf8(style.fileName().str());
+  std::string bigName = toUtf8(style.bigFontFileName().str());
+  if (style.isTtfFont() || !isShxName(fontName)) return fonts.standIn(fontName);
+  std::string key = lowerCase(fontName) + "|" + lowerCase(bigName);
+  auto it = fonts.styles.find(key);
+  if (it != fonts.styles.end()) return it->second ? it->second.get() : fonts.standIn(fontName);
+  const ShxFont* regular = fonts.loadShx(fontName, "font");
+  const ShxFont* big = bigName.empty() ? nullptr : fonts.loadShx(bigName, "big font");
+  std::unique_ptr<StrokeFont> combined;
+  if (regular || big) {
+    std::map<char32_t, Glyph> glyphs;
+    const StrokeFont* standIn = regular ? nullptr : fonts.standIn(fontName);
+    if (standIn) glyphs = standIn->glyphs();
+    if (regular) addRegularGlyphs(*regular, glyphs);
+    if (big) addBigFontGlyphs(*big, baseName(bigName), glyphs);
+    auto space = glyphs.find(U' ');
+    double wordSpacing = standIn ? standIn->wordSpacing() : space != glyphs.end() ? space->second.advance : 0.5;
+    combined = StrokeFont::fromGlyphs(std::move(glyphs), wordSpacing);
+  }
+  const StrokeFont* result = combined.get();
+  fonts.styles[key] = std::move(combined);
+  return result ? result : fonts.standIn(fontName);
+}
+
+const StrokeFont* fallbackStrokeFont() {
+  if (const StrokeFont* font = cache().loadLff("unicode")) return font;
+  return cache().loadLff("standard");
+}
+
+const ShxFont* shapeFileFor(const std::string& fileName) {
+  if (fileName.empty()) return nullptr;
+  return cache().loadShx(fileName, "shape file");
+}
+
+double measureText(const OdGiTextStyle& style, const std::u32string& chars) {
+  const StrokeFont* font = strokeFontFor(style);
+  double width = 0.0;
+  for (char32_t ch : chars) {
+    const Glyph* glyph = font ? font->glyph(ch) : nullptr;
+    if (!glyph && font && ch != U' ') {
+      if (const StrokeFont* fallback = fallbackStrokeFont()) glyph = fallback->glyph(ch);
+    }
+    width += glyph ? glyph->advance : (font ? font->wordSpacing() : 0.6);
+  }
+  // The spacing after the last glyph is not part of the text's extent.
+  if (font && !chars.empty()) {
+    const Glyph* last = font->glyph(chars.back());
+    if (last && !last->strokes.empty()) width -= last->advance - glyphRight(*last);
+  }
+  return width;
+}
+
+}  // namespace gi
