@@ -27,7 +27,9 @@ struct Glyph {
 
 class StrokeFont {
 public:
-  // Reads an LFF file; an unreadable file gives a font without glyphs.
+  // Reads an LFF file; an unreadable file gives a font without glyphs. Only the glyph index is
+  // built on reading: each glyph is parsed the first time it is asked for, so that a large font
+  // consulted for a few characters costs little.
   static std::unique_ptr<StrokeFont> fromLffFile(const std::string& path);
   static std::unique_ptr<StrokeFont> fromLffText(std::string_view text);
   // Glyphs already in text heights, from another source (SHX fonts).
@@ -36,13 +38,17 @@ public:
   // The glyph of a character, or null when the font lacks it.
   const Glyph* glyph(char32_t ch) const;
   double wordSpacing() const { return wordSpacing_; }
-  bool empty() const { return glyphs_.empty(); }
-  const std::map<char32_t, Glyph>& glyphs() const { return glyphs_; }
+  bool empty() const { return glyphs_.empty() && lffIndex_.empty(); }
+  // Every glyph (parsing those not yet parsed).
+  const std::map<char32_t, Glyph>& glyphs() const;
 
 private:
-  void parse(std::string_view text);
+  void indexLff();
+  const Glyph* parseLffGlyph(char32_t ch, int depth) const;
 
-  std::map<char32_t, Glyph> glyphs_;
+  std::string lffText_;
+  std::map<char32_t, std::string_view> lffIndex_;  // the lines of each glyph not yet parsed
+  mutable std::map<char32_t, Glyph> glyphs_;
   double wordSpacing_ = 0.75;
   double letterSpacing_ = 1.0 / 3.0;
 };
