@@ -11,7 +11,10 @@
 #include "kit/gi/OdGiTextStyle.h"
 #include "kit/gi/ShxFont.h"
 #include "kit/gi/StrokeFont.h"
+#include "kit/gi/regen/GiRegenContext.h"
+#include "kit/gi/regen/RegenEntities.h"
 #include "kit/gi/regen/TextPlacement.h"
+#include "tests/kit/GiRecordingSink.h"
 #include "tests/kit/ShpSourceSupport.h"
 
 namespace {
@@ -303,6 +306,45 @@ TEST(ShxFont, MissingShxFontsFallBackToTheStandIn) {
   EXPECT_TRUE(standIn && standIn->glyph(U'A'));
   EXPECT_EQ(standIn, gi::strokeFontFor(corrupt));
   std::filesystem::remove(broken);
+}
+
+TEST(ShxFont, ShapeEntitiesDrawTheirShapeByNameOrNumber) {
+  std::string path = (std::filesystem::temp_directory_path() / "dm_shapes.shx").string();
+  std::ofstream(path, std::ios::binary) << shapeFile();
+  auto db = std::make_shared<OdDbDatabase>();
+  TextStyleRecord style;
+  style.fontFile = path;
+  style.flags = TextStyleRecord::kShapeFile;
+  RecordingSink sink;
+  GiRegenContext ctx(*db, sink);
+  ShapeEntity shape;
+  shape.style = &style;
+  shape.position = {10, 5, 0};
+  shape.size = 16;  // twice the file's declared height of 8
+  shape.rotation = std::numbers::pi / 2;
+  shape.name = "letter_a";  // DXF names the shape
+  gi::regenShape(ctx, shape);
+  ASSERT_EQ(sink.count("polyline"), 1u);
+  std::vector<OdGePoint3d> points = sink.ofKind("polyline")[0].points;
+  ASSERT_EQ(points.size(), 3u);
+  EXPECT_NEAR(points[1].x, 10.0, 1e-9);
+  EXPECT_NEAR(points[1].y, 5.0 + 16.0, 1e-9);
+  EXPECT_NEAR(points[2].y, 5.0 + 8.0, 1e-9);
+  // DWG gives the number; shape 66 draws shape 65 through a subshape and then a line of its own.
+  shape.name.clear();
+  shape.number = 66;
+  shape.rotation = 0;
+  gi::regenShape(ctx, shape);
+  EXPECT_EQ(sink.count("polyline"), 2u) << "the subshape and the line after it join into one stroke";
+  EXPECT_NEAR(sink.calls.back().points.back().x, 10.0 + 12.0, 1e-9);
+  // Unknown shapes and missing files draw nothing.
+  shape.number = 99;
+  gi::regenShape(ctx, shape);
+  style.fontFile = "/nowhere/shapes.shx";
+  shape.number = 65;
+  gi::regenShape(ctx, shape);
+  EXPECT_EQ(sink.count("polyline"), 2u);
+  std::filesystem::remove(path);
 }
 
 }  // namespace
