@@ -185,6 +185,20 @@ std::string shapeFile(const std::string& signature = "AutoCAD-86 shapes 1.0\r\n\
          u16(uint32_t(a.size())) + u16(66) + u16(uint32_t(bb.size())) + info + a + bb;
 }
 
+// A big font 10 high: escape range 0x81-0x9F, shape 0 and one double-byte shape (east 1), indexed
+// by file offset, with an unused index slot between them.
+std::string bigFontFile(uint32_t code) {
+  std::string head = "AutoCAD-86 bigfont 1.0\r\n\x1a";
+  std::string info = std::string("big", 4) + b({10, 0, 0, 10, 0});
+  std::string glyph = std::string("\0", 1) + b({0x10, 0});
+  size_t dataAt = head.size() + 6 + 4 + 3 * 8;
+  auto entry = [](uint32_t number, size_t size, size_t offset) {
+    return u16(number) + u16(uint32_t(size)) + u16(uint32_t(offset)) + u16(0);
+  };
+  return head + u16(0) + u16(3) + u16(1) + u16(0x81) + u16(0x9F) + entry(0, info.size(), dataAt) + entry(0, 0, 0) +
+         entry(code, glyph.size(), dataAt + info.size()) + info + glyph;
+}
+
 TEST(ShxFont, ShapeFilesAndBigFontsAreRead) {
   std::string error;
   auto font = gi::ShxFont::fromBytes(shapeFile(), &error);
@@ -197,17 +211,7 @@ TEST(ShxFont, ShapeFilesAndBigFontsAreRead) {
   ASSERT_TRUE(font->shape(66));
   EXPECT_DOUBLE_EQ(font->shape(66)->advance, 6.0);
 
-  // A big font: escape range 0x81-0x9F, shape 0 and shape 0x8140 indexed by file offset.
-  std::string head = "AutoCAD-86 bigfont 1.0\r\n\x1a";
-  std::string info = std::string("big", 4) + b({10, 0, 0, 10, 0});
-  std::string glyph = std::string("\0", 1) + b({0x10, 0});
-  size_t indexAt = head.size() + 6 + 4;
-  size_t dataAt = indexAt + 3 * 8;
-  std::string big = head + u16(0) + u16(3) + u16(1) + u16(0x81) + u16(0x9F) + u16(0) +
-                    u16(uint32_t(info.size())) + u16(uint32_t(dataAt)) + u16(0) + u16(0) + u16(0) + u16(0) +
-                    u16(0) + u16(0x8140) + u16(uint32_t(glyph.size())) + u16(uint32_t(dataAt + info.size())) +
-                    u16(0) + info + glyph;
-  font = gi::ShxFont::fromBytes(big, &error);
+  font = gi::ShxFont::fromBytes(bigFontFile(0x8140), &error);
   ASSERT_TRUE(font) << error;
   EXPECT_EQ(font->kind(), gi::ShxKind::kBigFont);
   EXPECT_EQ(font->above(), 10.0);
@@ -289,6 +293,27 @@ TEST(ShxFont, TextHeightIsTheCapHeightAndRightAlignmentMeetsThePoint) {
       EXPECT_NEAR(right, 100.0, 1e-9);
     }
   }
+}
+
+TEST(ShxFont, StylesCombineTheRegularFontWithTheBigFont) {
+  auto temp = std::filesystem::temp_directory_path();
+  std::string regular = (temp / "dm_regular.shx").string(), big = (temp / "dm_big.shx").string();
+  std::ofstream(regular, std::ios::binary) << shapeFile();
+  std::ofstream(big, std::ios::binary) << bigFontFile(0x82A0);  // Shift-JIS for HIRAGANA A
+  OdGiTextStyle style;
+  style.setFileName(OdString(odDecodeUtf8(regular.data(), regular.size())));
+  style.setBigFontFileName(OdString(odDecodeUtf8(big.data(), big.size())));
+  const gi::StrokeFont* font = gi::strokeFontFor(style);
+  ASSERT_TRUE(font);
+  // The shape font's 'A' (shape 65, 4 units of a font 8 high) and the big font's character (1 unit
+  // of a font 10 high), each scaled by its own font's height.
+  ASSERT_TRUE(font->glyph(U'A'));
+  EXPECT_DOUBLE_EQ(font->glyph(U'A')->advance, 0.5);
+  ASSERT_TRUE(font->glyph(U'\u3042'));
+  EXPECT_DOUBLE_EQ(font->glyph(U'\u3042')->advance, 0.1);
+  EXPECT_FALSE(font->glyph(U'Z'));
+  std::filesystem::remove(regular);
+  std::filesystem::remove(big);
 }
 
 TEST(ShxFont, MissingShxFontsFallBackToTheStandIn) {
