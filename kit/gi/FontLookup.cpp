@@ -69,23 +69,14 @@ std::string findFontFile(const std::string& name) {
   return toUtf8(found.str());
 }
 
-Glyph scaled(const Glyph& glyph, double factor) {
-  Glyph out = glyph;
-  for (auto& stroke : out.strokes) {
-    for (GlyphVertex& v : stroke) v.point = {v.point.x * factor, v.point.y * factor};
-  }
-  out.advance *= factor;
-  return out;
-}
-
-// The character a shape font's shape number stands for: ASCII as it is, 127 to 129 the degree,
-// plus-minus and diameter symbols, the rest Latin-1.
-char32_t shapeFontCharacter(uint32_t number) {
-  switch (number) {
-    case 127: return U'\u00B0';
-    case 128: return U'\u00B1';
-    case 129: return U'\u2300';
-    default: return number < 256 ? char32_t(number) : 0;
+// The shape of a shape font that draws a character: ASCII as it is, the degree, plus-minus and
+// diameter symbols as shapes 127 to 129, the rest of Latin-1 as it is.
+uint32_t shapeFontNumber(char32_t ch) {
+  switch (ch) {
+    case U'\u00B0': return 127;
+    case U'\u00B1': return 128;
+    case U'\u2300': return 129;
+    default: return ch < 256 && ch != 127 && ch != 128 && ch != 129 ? uint32_t(ch) : 0;
   }
 }
 
@@ -97,52 +88,78 @@ const char* bigFontEncoding(const std::string& name) {
   return "CP932";
 }
 
-class DoubleByteDecoder {
+// Characters to a big font's double-byte codes.
+class DoubleByteEncoder {
 public:
-  explicit DoubleByteDecoder(const char* encoding) : handle_(iconv_open("UTF-32LE", encoding)) {}
-  ~DoubleByteDecoder() {
+  explicit DoubleByteEncoder(const char* encoding) : handle_(iconv_open(encoding, "UTF-32LE")) {}
+  ~DoubleByteEncoder() {
     if (handle_ != iconv_t(-1)) iconv_close(handle_);
   }
-  DoubleByteDecoder(const DoubleByteDecoder&) = delete;
-  DoubleByteDecoder& operator=(const DoubleByteDecoder&) = delete;
+  DoubleByteEncoder(const DoubleByteEncoder&) = delete;
+  DoubleByteEncoder& operator=(const DoubleByteEncoder&) = delete;
 
-  char32_t decode(uint32_t code) {
-    if (handle_ == iconv_t(-1)) return 0;
-    char in[2] = {char(code >> 8), char(code & 0xFF)};
+  // The two-byte code, 0 when the encoding has none for the character.
+  uint32_t encode(char32_t ch) {
+    if (handle_ == iconv_t(-1) || ch < 0x80) return 0;
+    char in[4] = {char(ch & 0xFF), char((ch >> 8) & 0xFF), char((ch >> 16) & 0xFF), char(ch >> 24)};
     unsigned char out[4] = {0, 0, 0, 0};
     char* inPtr = in;
     char* outPtr = reinterpret_cast<char*>(out);
-    size_t inLeft = 2, outLeft = 4;
+    size_t inLeft = 4, outLeft = 4;
     iconv(handle_, nullptr, nullptr, nullptr, nullptr);
-    if (iconv(handle_, &inPtr, &inLeft, &outPtr, &outLeft) == size_t(-1) || outLeft != 0) return 0;
-    return char32_t(out[0] | out[1] << 8 | out[2] << 16 | uint32_t(out[3]) << 24);
+    if (iconv(handle_, &inPtr, &inLeft, &outPtr, &outLeft) == size_t(-1) || outLeft != 2) return 0;
+    return uint32_t(out[0]) << 8 | out[1];
   }
 
 private:
   iconv_t handle_;
 };
 
-void addRegularGlyphs(const ShxFont& font, std::map<char32_t, Glyph>& glyphs) {
-  double factor = 1.0 / font.unitsPerHeight();
-  for (const auto& [number, glyph] : font.shapes()) {
-    char32_t ch = font.kind() == ShxKind::kShapes ? shapeFontCharacter(number) : char32_t(number);
-    if (ch != 0) glyphs.insert_or_assign(ch, scaled(glyph, factor));
-  }
-  // Unifonts draw %%c with whichever diameter-like sign they have.
-  for (char32_t alias : {U'\u2205', U'\u00D8'}) {
-    auto it = glyphs.find(alias);
-    if (glyphs.count(U'\u2300') == 0 && it != glyphs.end()) glyphs.emplace(U'\u2300', it->second);
-  }
-}
+// The glyphs of a style drawn with SHX files: double-byte characters from the big font, the rest
+// from the regular font (or its stand-in when only the big font was found), each scaled by its
+// own font's declared height.
+class ShxGlyphs {
+public:
+  ShxGlyphs(const ShxFont* regular, const ShxFont* big, const std::string& bigName, const StrokeFont* standIn)
+      : regular_(regular), big_(big), standIn_(standIn),
+        encoder_(big ? std::make_shared<DoubleByteEncoder>(bigFontEncoding(bigName)) : nullptr) {}
 
-void addBigFontGlyphs(const ShxFont& font, const std::string& name, std::map<char32_t, Glyph>& glyphs) {
-  double factor = 1.0 / font.unitsPerHeight();
-  DoubleByteDecoder decoder(bigFontEncoding(name));
-  for (const auto& [number, glyph] : font.shapes()) {
-    if (number < 0x100) continue;  // single-byte codes come from the regular font
-    if (char32_t ch = decoder.decode(number)) glyphs.insert_or_assign(ch, scaled(glyph, factor));
+  bool operator()(char32_t ch, Glyph& out) const {
+    if (big_) {
+      uint32_t code = encoder_->encode(ch);
+      if (code >= 0x100 && big_->isLeadByte(uint8_t(code >> 8)) && copy(*big_, code, out)) return true;
+    }
+    if (regular_) return copy(*regular_, regularNumber(ch), out);
+    const Glyph* glyph = standIn_ ? standIn_->glyph(ch) : nullptr;
+    if (glyph) out = *glyph;
+    return glyph != nullptr;
   }
-}
+
+private:
+  uint32_t regularNumber(char32_t ch) const {
+    if (regular_->kind() == ShxKind::kShapes) return shapeFontNumber(ch);
+    // Unifonts draw %%c with whichever diameter-like sign they have.
+    if (ch == U'\u2300' && !regular_->hasShape(ch)) return regular_->hasShape(0x2205) ? 0x2205 : 0xD8;
+    return uint32_t(ch);
+  }
+
+  static bool copy(const ShxFont& font, uint32_t number, Glyph& out) {
+    const Glyph* shape = number ? font.shape(number) : nullptr;
+    if (!shape) return false;
+    double factor = 1.0 / font.unitsPerHeight();
+    out = *shape;
+    for (auto& stroke : out.strokes) {
+      for (GlyphVertex& v : stroke) v.point = {v.point.x * factor, v.point.y * factor};
+    }
+    out.advance *= factor;
+    return true;
+  }
+
+  const ShxFont* regular_;
+  const ShxFont* big_;
+  const StrokeFont* standIn_;
+  std::shared_ptr<DoubleByteEncoder> encoder_;
+};
 
 struct FontCache {
   std::vector<std::string> lffDirectories = {"/usr/share/librecad/fonts"};
@@ -233,14 +250,10 @@ const StrokeFont* strokeFontFor(const OdGiTextStyle& style) {
   const ShxFont* big = bigName.empty() ? nullptr : fonts.loadShx(bigName, "big font");
   std::unique_ptr<StrokeFont> combined;
   if (regular || big) {
-    std::map<char32_t, Glyph> glyphs;
     const StrokeFont* standIn = regular ? nullptr : fonts.standIn(fontName);
-    if (standIn) glyphs = standIn->glyphs();
-    if (regular) addRegularGlyphs(*regular, glyphs);
-    if (big) addBigFontGlyphs(*big, baseName(bigName), glyphs);
-    auto space = glyphs.find(U' ');
-    double wordSpacing = standIn ? standIn->wordSpacing() : space != glyphs.end() ? space->second.advance : 0.5;
-    combined = StrokeFont::fromGlyphs(std::move(glyphs), wordSpacing);
+    const Glyph* space = regular ? regular->shape(regular->kind() == ShxKind::kShapes ? 32 : U' ') : nullptr;
+    double wordSpacing = standIn ? standIn->wordSpacing() : space ? space->advance / regular->unitsPerHeight() : 0.5;
+    combined = StrokeFont::fromLoader(ShxGlyphs(regular, big, baseName(bigName), standIn), wordSpacing);
   }
   const StrokeFont* result = combined.get();
   fonts.styles[key] = std::move(combined);

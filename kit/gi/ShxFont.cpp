@@ -86,7 +86,6 @@ std::unique_ptr<ShxFont> ShxFont::fromBytes(std::string bytes, std::string* erro
   else if (signature.starts_with("bigfont 1.")) ok = font->readBigFont(body, end + 1, error);
   else fail(error, "unknown SHX kind: " + std::string(signature.substr(0, signature.find('\r'))));
   if (!ok) return nullptr;
-  font->decodeAll();
   return font;
 }
 
@@ -176,17 +175,18 @@ void ShxFont::takeInfo(std::string_view definition) {
   if (definition.size() >= 2) below_ = uint8_t(definition[1]);
 }
 
-void ShxFont::decodeAll() {
-  for (const auto& [number, bytes] : definitions_) {
-    Glyph glyph;
-    if (decodeShxShape(kind_, bytes, definitions_, above_, glyph)) glyphs_.emplace(number, std::move(glyph));
-    else ++broken_;
-  }
-}
-
 const Glyph* ShxFont::shape(uint32_t number) const {
-  auto it = glyphs_.find(number);
-  return it == glyphs_.end() ? nullptr : &it->second;
+  auto done = decoded_.find(number);
+  if (done == decoded_.end()) {
+    auto definition = definitions_.find(number);
+    if (definition == definitions_.end()) return nullptr;
+    Glyph glyph;
+    std::optional<Glyph> result;
+    if (decodeShxShape(kind_, definition->second, definitions_, above_, glyph)) result = std::move(glyph);
+    else ++broken_;
+    done = decoded_.emplace(number, std::move(result)).first;
+  }
+  return done->second ? &*done->second : nullptr;
 }
 
 uint32_t ShxFont::numberOf(std::string_view name) const {

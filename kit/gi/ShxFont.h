@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,12 +35,14 @@ public:
 
   // The decoded shape, null when the file lacks it or its definition is broken.
   const Glyph* shape(uint32_t number) const;
+  bool hasShape(uint32_t number) const { return definitions_.count(number) > 0; }
+  size_t shapeCount() const { return definitions_.size(); }
   // The number of the shape with this name (case-insensitive), 0 when none has it.
   uint32_t numberOf(std::string_view name) const;
   // Big fonts: whether a byte starts a double-byte code.
   bool isLeadByte(uint8_t byte) const;
-  const std::map<uint32_t, Glyph>& shapes() const { return glyphs_; }
-  // How many definitions could not be decoded (loops, bad commands, running past their end).
+  // How many of the shapes asked for could not be decoded (loops, bad commands, running past
+  // their end).
   size_t brokenShapes() const { return broken_; }
 
 private:
@@ -47,7 +50,6 @@ private:
   bool readUnifont(std::string_view body, std::string* error);
   bool readBigFont(std::string_view body, size_t bodyOffset, std::string* error);
   void takeInfo(std::string_view definition);
-  void decodeAll();
 
   std::string bytes_;
   ShxKind kind_ = ShxKind::kShapes;
@@ -56,8 +58,8 @@ private:
   std::map<uint32_t, std::string_view> definitions_;  // bytes after the name
   std::map<std::string, uint32_t> names_;             // lower-case
   std::vector<std::pair<uint16_t, uint16_t>> escapes_;
-  std::map<uint32_t, Glyph> glyphs_;
-  size_t broken_ = 0;
+  mutable std::map<uint32_t, std::optional<Glyph>> decoded_;  // empty: broken
+  mutable size_t broken_ = 0;
 };
 
 // Decodes one shape definition (the bytes after its name) of a font of this kind into strokes in

@@ -106,47 +106,48 @@ void StrokeFont::indexLff() {
 // their base letter); a chain of borrowings is followed a few levels deep.
 const Glyph* StrokeFont::parseLffGlyph(char32_t ch, int depth) const {
   auto parsed = glyphs_.find(ch);
-  if (parsed != glyphs_.end()) return &parsed->second;
-  auto indexed = lffIndex_.find(ch);
-  if (indexed == lffIndex_.end()) return nullptr;
+  if (parsed != glyphs_.end()) return parsed->second ? &*parsed->second : nullptr;
+  std::optional<Glyph> result;
   Glyph glyph;
-  std::vector<std::vector<GlyphVertex>> borrowed;
-  for (std::string_view line : split(indexed->second, '\n')) {
-    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-    if (line.empty()) continue;
-    if (line[0] == 'C') {
-      unsigned code = 0;
-      if (std::from_chars(line.data() + 1, line.data() + line.size(), code, 16).ec != std::errc()) continue;
-      const Glyph* source = depth < 4 && char32_t(code) != ch ? parseLffGlyph(char32_t(code), depth + 1) : nullptr;
-      if (source) borrowed.insert(borrowed.end(), source->strokes.begin(), source->strokes.end());
-      continue;
+  auto indexed = lffIndex_.find(ch);
+  if (indexed != lffIndex_.end()) {
+    std::vector<std::vector<GlyphVertex>> borrowed;
+    for (std::string_view line : split(indexed->second, '\n')) {
+      if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+      if (line.empty()) continue;
+      if (line[0] == 'C') {
+        unsigned code = 0;
+        if (std::from_chars(line.data() + 1, line.data() + line.size(), code, 16).ec != std::errc()) continue;
+        const Glyph* source = depth < 4 && char32_t(code) != ch ? parseLffGlyph(char32_t(code), depth + 1) : nullptr;
+        if (source) borrowed.insert(borrowed.end(), source->strokes.begin(), source->strokes.end());
+        continue;
+      }
+      std::vector<GlyphVertex> stroke;
+      for (std::string_view field : split(line, ';')) {
+        GlyphVertex vertex;
+        if (parseVertex(field, vertex)) stroke.push_back(vertex);
+      }
+      if (!stroke.empty()) glyph.strokes.push_back(std::move(stroke));
     }
-    std::vector<GlyphVertex> stroke;
-    for (std::string_view field : split(line, ';')) {
-      GlyphVertex vertex;
-      if (parseVertex(field, vertex)) stroke.push_back(vertex);
+    glyph.strokes.insert(glyph.strokes.begin(), borrowed.begin(), borrowed.end());
+    double right = 0.0;
+    for (const auto& stroke : glyph.strokes) {
+      for (const GlyphVertex& v : stroke) right = std::max(right, v.point.x);
     }
-    if (!stroke.empty()) glyph.strokes.push_back(std::move(stroke));
+    glyph.advance = glyph.strokes.empty() ? wordSpacing_ : right + letterSpacing_;
+    result = std::move(glyph);
+  } else if (loader_ && loader_(ch, glyph)) {
+    result = std::move(glyph);
   }
-  glyph.strokes.insert(glyph.strokes.begin(), borrowed.begin(), borrowed.end());
-  double right = 0.0;
-  for (const auto& stroke : glyph.strokes) {
-    for (const GlyphVertex& v : stroke) right = std::max(right, v.point.x);
-  }
-  glyph.advance = glyph.strokes.empty() ? wordSpacing_ : right + letterSpacing_;
-  return &glyphs_.emplace(ch, std::move(glyph)).first->second;
+  auto& stored = glyphs_.emplace(ch, std::move(result)).first->second;
+  return stored ? &*stored : nullptr;
 }
 
 const Glyph* StrokeFont::glyph(char32_t ch) const { return parseLffGlyph(ch, 0); }
 
-const std::map<char32_t, Glyph>& StrokeFont::glyphs() const {
-  for (const auto& entry : lffIndex_) parseLffGlyph(entry.first, 0);
-  return glyphs_;
-}
-
-std::unique_ptr<StrokeFont> StrokeFont::fromGlyphs(std::map<char32_t, Glyph> glyphs, double wordSpacing) {
+std::unique_ptr<StrokeFont> StrokeFont::fromLoader(GlyphLoader loader, double wordSpacing) {
   auto font = std::make_unique<StrokeFont>();
-  font->glyphs_ = std::move(glyphs);
+  font->loader_ = std::move(loader);
   font->wordSpacing_ = wordSpacing;
   return font;
 }

@@ -3,8 +3,10 @@
 // the capital height (1.0 = the text height).
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,15 +34,15 @@ public:
   // consulted for a few characters costs little.
   static std::unique_ptr<StrokeFont> fromLffFile(const std::string& path);
   static std::unique_ptr<StrokeFont> fromLffText(std::string_view text);
-  // Glyphs already in text heights, from another source (SHX fonts).
-  static std::unique_ptr<StrokeFont> fromGlyphs(std::map<char32_t, Glyph> glyphs, double wordSpacing);
+  // Glyphs from another source (SHX fonts), asked for once per character: the loader fills a glyph
+  // in text heights and says whether the character has one.
+  using GlyphLoader = std::function<bool(char32_t, Glyph&)>;
+  static std::unique_ptr<StrokeFont> fromLoader(GlyphLoader loader, double wordSpacing);
 
   // The glyph of a character, or null when the font lacks it.
   const Glyph* glyph(char32_t ch) const;
   double wordSpacing() const { return wordSpacing_; }
-  bool empty() const { return glyphs_.empty() && lffIndex_.empty(); }
-  // Every glyph (parsing those not yet parsed).
-  const std::map<char32_t, Glyph>& glyphs() const;
+  bool empty() const { return lffIndex_.empty() && !loader_; }
 
 private:
   void indexLff();
@@ -48,7 +50,8 @@ private:
 
   std::string lffText_;
   std::map<char32_t, std::string_view> lffIndex_;  // the lines of each glyph not yet parsed
-  mutable std::map<char32_t, Glyph> glyphs_;
+  GlyphLoader loader_;
+  mutable std::map<char32_t, std::optional<Glyph>> glyphs_;  // empty: the font lacks it
   double wordSpacing_ = 0.75;
   double letterSpacing_ = 1.0 / 3.0;
 };

@@ -41,14 +41,13 @@ TEST(ShxFont, CorpusFontsDecodeToTheStrokesOfTheirSources) {
     auto font = gi::ShxFont::fromFile(kFonts + name + ".shx", &error);
     ASSERT_TRUE(font) << error;
     EXPECT_EQ(font->kind(), gi::ShxKind::kUnifont);
-    EXPECT_EQ(font->brokenShapes(), 0u);
     ShpSource source = parseShp(readWholeFile(kFonts + name + ".shp"));
     EXPECT_EQ(source.header, "UNIFONT");
     ASSERT_GE(source.infoBytes.size(), 2u);
     EXPECT_EQ(font->above(), uint8_t(source.infoBytes[0]));
     EXPECT_EQ(font->below(), uint8_t(source.infoBytes[1]));
     std::map<uint32_t, std::string_view> definitions(source.definitions.begin(), source.definitions.end());
-    ASSERT_EQ(font->shapes().size(), source.definitions.size());
+    ASSERT_EQ(font->shapeCount(), source.definitions.size());
     size_t strokes = 0;
     for (const auto& [number, bytes] : source.definitions) {
       const gi::Glyph* decoded = font->shape(number);
@@ -58,7 +57,8 @@ TEST(ShxFont, CorpusFontsDecodeToTheStrokesOfTheirSources) {
       expectSameGlyph(*decoded, expected, "shape " + std::to_string(number));
       strokes += decoded->strokes.size();
     }
-    EXPECT_GT(strokes, font->shapes().size()) << "most shapes draw something";
+    EXPECT_GT(strokes, font->shapeCount()) << "most shapes draw something";
+    EXPECT_EQ(font->brokenShapes(), 0u);
   }
 }
 
@@ -245,9 +245,10 @@ TEST(ShxFont, DamagedFilesAreRefusedWithAReason) {
   looping[looping.size() - 3] = char(66);
   auto font = gi::ShxFont::fromBytes(looping, &error);
   ASSERT_TRUE(font);
-  EXPECT_EQ(font->brokenShapes(), 1u);
   EXPECT_TRUE(font->shape(65));
   EXPECT_FALSE(font->shape(66));
+  EXPECT_FALSE(font->shape(66));
+  EXPECT_EQ(font->brokenShapes(), 1u);
 }
 
 // ---- Text drawn with an SHX font ---------------------------------------------------------------
