@@ -2,7 +2,6 @@
 // the low one) and the special commands 0 to 14. Arcs become bulged vertices of at most half a
 // turn each, so the text stroker tessellates them like any other glyph arc.
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
 
 #include "kit/gi/ShxFont.h"
@@ -124,16 +123,16 @@ private:
     lineTo({position_.x + dx * scale_, position_.y + dy * scale_}, bulge);
   }
 
-  // The arc byte [-]0SC: S the starting octant, C the number of octants (0 is all eight), a
-  // negative byte clockwise.
+  // The arc byte [-]0SC: S the starting octant, C the number of octants (0 is all eight); the
+  // compiler writes the minus of a clockwise arc as the high bit, not as a negative byte.
   struct Octants {
     int start, count;
     double sign;
   };
   static Octants octants(int8_t spec) {
-    int magnitude = std::abs(int(spec));
+    int magnitude = uint8_t(spec) & 0x7F;
     int count = magnitude & 7;
-    return {(magnitude >> 4) & 7, count == 0 ? 8 : count, spec < 0 ? -1.0 : 1.0};
+    return {(magnitude >> 4) & 7, count == 0 ? 8 : count, (uint8_t(spec) & 0x80) ? -1.0 : 1.0};
   }
 
   void octantArc(uint8_t radius, int8_t spec) {

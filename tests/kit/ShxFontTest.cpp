@@ -112,11 +112,22 @@ TEST(ShxFont, ArcsBecomeBulges) {
   EXPECT_NEAR(endOf(g).y, 0.0, 1e-12);
   EXPECT_NEAR(g.strokes[0].back().bulge, 1.0, 1e-12);
   // A full clockwise circle (count 0) comes back to the start in two halves.
-  g = decoded(b({10, 3, -0x20 /* -(0x20): clockwise from octant 2 */, 0}));
+  g = decoded(b({10, 3, 0x80 | 0x20 /* -020: clockwise from octant 2 */, 0}));
   ASSERT_EQ(g.strokes[0].size(), 3u);
+  EXPECT_NEAR(g.strokes[0][1].point.x, 0.0, 1e-12);
+  EXPECT_NEAR(g.strokes[0][1].point.y, -6.0, 1e-12) << "the centre lies below a start at 90 degrees";
   EXPECT_NEAR(endOf(g).x, 0.0, 1e-12);
   EXPECT_NEAR(endOf(g).y, 0.0, 1e-12);
   EXPECT_NEAR(g.strokes[0][1].bulge, -1.0, 1e-12);
+  // The documentation's example -032: clockwise from octant 3 over two octants, radius 1.
+  g = decoded(b({10, 1, 0x80 | 0x32, 0}));
+  EXPECT_NEAR(endOf(g).x, std::sqrt(2.0), 1e-12);
+  EXPECT_NEAR(endOf(g).y, 0.0, 1e-12);
+  // Clockwise fractional arc: offsets count backwards, from 35 degrees down to -5 through octants 1 and 0.
+  g = decoded(b({11, 56, 28, 0, 3, 0x80 | 0x12, 0}));
+  double cwFrom = (45 - 56 * 45 / 256.0) * std::numbers::pi / 180, cwTo = (0 - 28 * 45 / 256.0) * std::numbers::pi / 180;
+  EXPECT_NEAR(endOf(g).x, 3 * (std::cos(cwTo) - std::cos(cwFrom)), 1e-12);
+  EXPECT_NEAR(endOf(g).y, 3 * (std::sin(cwTo) - std::sin(cwFrom)), 1e-12);
   // Fractional arc of radius 3 from 55 to 95 degrees: offsets 56 and 28 in octants 1 and 2.
   g = decoded(b({11, 56, 28, 0, 3, 0x12, 0}));
   double from = (45 + 56 * 45 / 256.0) * std::numbers::pi / 180, to = (90 + 28 * 45 / 256.0) * std::numbers::pi / 180;
