@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <set>
 
 #include "kit/gi/OdGiTextStyle.h"
 #include "kit/gi/ShxFont.h"
@@ -57,6 +58,17 @@ std::string baseName(const std::string& path) {
 
 void warn(const std::string& message) {
   if (OdDbHostAppServices* services = odHostAppServices()) services->warning(message);
+}
+
+// A shape of a font, with one warning per font for shapes that cannot be decoded (their
+// characters then come from the stand-in).
+const Glyph* decodedShape(const ShxFont& font, uint32_t number) {
+  static std::set<const ShxFont*> warned;
+  const Glyph* shape = font.shape(number);
+  if (!shape && font.hasShape(number) && warned.insert(&font).second) {
+    warn("SHX font has shapes that cannot be decoded, drawn with a stand-in: shape " + std::to_string(number));
+  }
+  return shape;
 }
 
 // The path of a font file the host services find, empty when none; without services, the name
@@ -144,7 +156,7 @@ private:
   }
 
   static bool copy(const ShxFont& font, uint32_t number, Glyph& out) {
-    const Glyph* shape = number ? font.shape(number) : nullptr;
+    const Glyph* shape = number ? decodedShape(font, number) : nullptr;
     if (!shape) return false;
     double factor = 1.0 / font.unitsPerHeight();
     out = *shape;
@@ -205,8 +217,6 @@ struct FontCache {
       warn(std::string("SHX ") + purpose + " not found, drawn with a stand-in: " + name);
     } else if (!(font = ShxFont::fromFile(path, &error))) {
       warn(std::string("SHX ") + purpose + " unreadable (" + error + "), drawn with a stand-in: " + path);
-    } else if (font->brokenShapes() > 0) {
-      warn("SHX font " + path + ": " + std::to_string(font->brokenShapes()) + " shapes could not be decoded");
     }
     return (shx[key] = std::move(font)).get();
   }
@@ -251,7 +261,7 @@ const StrokeFont* strokeFontFor(const OdGiTextStyle& style) {
   std::unique_ptr<StrokeFont> combined;
   if (regular || big) {
     const StrokeFont* standIn = regular ? nullptr : fonts.standIn(fontName);
-    const Glyph* space = regular ? regular->shape(regular->kind() == ShxKind::kShapes ? 32 : U' ') : nullptr;
+    const Glyph* space = regular ? regular->shape(32) : nullptr;
     double wordSpacing = standIn ? standIn->wordSpacing() : space ? space->advance / regular->unitsPerHeight() : 0.5;
     combined = StrokeFont::fromLoader(ShxGlyphs(regular, big, baseName(bigName), standIn), wordSpacing);
   }
