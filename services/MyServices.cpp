@@ -150,5 +150,12 @@ OdString MyServices::FindFont(const OdString& bareName, bool hasFontExtension) {
       return found;
     }
   }
-  return OdString();
+  // Fonts shipped beside the drawing.
+  if (inputDirectory.isEmpty()) return OdString();
+  const OdString beside = inputDirectory + bareName;
+  TraceMessage("Checking drawing folder", beside);
+  OdString found = KitSearch(beside);
+  if (found.isEmpty() && !hasFontExtension) found = KitSearch(beside + L".shx");
+  if (!found.isEmpty()) TraceMessage("Found Font", found);
+  return found;
 }

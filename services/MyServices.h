@@ -26,7 +26,7 @@ public:
 
   OdString findFile(const OdString& fileName, OdDbDatabase* database = nullptr,
                     int hint = kDefault) override;
-  // Traced: a reference that cannot be drawn is one line of the log, the rest of the drawing goes on.
+  // Traced: what the kit worked around is one line of the log, the rest of the drawing goes on.
   void warning(const OdString& message) override;
   OdDbHostAppProgressMeter* progressMeter() override { return &meter; }
   HostAppProgressMeter& GetProgressMeter() { return meter; }

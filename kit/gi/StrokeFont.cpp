@@ -50,7 +50,8 @@ bool parseVertex(std::string_view text, GlyphVertex& vertex) {
 
 std::unique_ptr<StrokeFont> StrokeFont::fromLffText(std::string_view text) {
   auto font = std::make_unique<StrokeFont>();
-  font->parse(text);
+  font->lffText_ = std::string(text);
+  font->indexLff();
   return font;
 }
 
@@ -61,167 +62,94 @@ std::unique_ptr<StrokeFont> StrokeFont::fromLffFile(const std::string& path) {
   return fromLffText(buffer.str());
 }
 
-void StrokeFont::parse(std::string_view text) {
-  std::vector<std::pair<char32_t, char32_t>> copies;  // glyph, glyph whose strokes it borrows
-  Glyph* current = nullptr;
-  char32_t currentCode = 0;
-  for (std::string_view line : split(text, '\n')) {
+// The spacing settings and where each "[code]" glyph's lines start; the glyph ends at the next
+// empty line or header.
+void StrokeFont::indexLff() {
+  std::string_view text = lffText_;
+  size_t at = 0;
+  char32_t open = 0;
+  size_t openStart = std::string_view::npos;
+  auto close = [&](size_t end) {
+    if (openStart != std::string_view::npos) lffIndex_[open] = text.substr(openStart, end - openStart);
+    openStart = std::string_view::npos;
+  };
+  while (at < text.size()) {
+    size_t end = text.find('\n', at);
+    if (end == std::string_view::npos) end = text.size();
+    std::string_view line = text.substr(at, end - at);
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     if (line.empty()) {
-      current = nullptr;
-      continue;
-    }
-    if (line[0] == '#') {
+      close(at);
+    } else if (line[0] == '#') {
+      close(at);
       size_t colon = line.find(':');
-      if (colon == std::string_view::npos) continue;
-      std::string_view key = line.substr(1, colon - 1);
-      double value = parseNumber(line.substr(colon + 1), -1.0);
-      if (value < 0.0) continue;
-      if (key.find("LetterSpacing") != std::string_view::npos) letterSpacing_ = value / kLffCapHeight;
-      if (key.find("WordSpacing") != std::string_view::npos) wordSpacing_ = value / kLffCapHeight;
-      continue;
-    }
-    if (line[0] == '[') {
-      size_t close = line.find(']');
+      double value = colon == std::string_view::npos ? -1.0 : parseNumber(line.substr(colon + 1), -1.0);
+      std::string_view key = line.substr(0, colon);
+      if (value >= 0.0 && key.find("LetterSpacing") != std::string_view::npos) letterSpacing_ = value / kLffCapHeight;
+      if (value >= 0.0 && key.find("WordSpacing") != std::string_view::npos) wordSpacing_ = value / kLffCapHeight;
+    } else if (line[0] == '[') {
+      close(at);
+      size_t bracket = line.find(']');
       unsigned code = 0;
-      if (close == std::string_view::npos ||
-          std::from_chars(line.data() + 1, line.data() + close, code, 16).ec != std::errc()) {
-        current = nullptr;
+      if (bracket != std::string_view::npos &&
+          std::from_chars(line.data() + 1, line.data() + bracket, code, 16).ec == std::errc()) {
+        open = char32_t(code);
+        openStart = end < text.size() ? end + 1 : end;
+      }
+    }
+    at = end + 1;
+  }
+  close(text.size());
+}
+
+// Parses one glyph's lines; "C<code>" borrows another glyph's strokes (accented letters reuse
+// their base letter); a chain of borrowings is followed a few levels deep.
+const Glyph* StrokeFont::parseLffGlyph(char32_t ch, int depth) const {
+  auto parsed = glyphs_.find(ch);
+  if (parsed != glyphs_.end()) return parsed->second ? &*parsed->second : nullptr;
+  std::optional<Glyph> result;
+  Glyph glyph;
+  auto indexed = lffIndex_.find(ch);
+  if (indexed != lffIndex_.end()) {
+    std::vector<std::vector<GlyphVertex>> borrowed;
+    for (std::string_view line : split(indexed->second, '\n')) {
+      if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+      if (line.empty()) continue;
+      if (line[0] == 'C') {
+        unsigned code = 0;
+        if (std::from_chars(line.data() + 1, line.data() + line.size(), code, 16).ec != std::errc()) continue;
+        const Glyph* source = depth < 4 && char32_t(code) != ch ? parseLffGlyph(char32_t(code), depth + 1) : nullptr;
+        if (source) borrowed.insert(borrowed.end(), source->strokes.begin(), source->strokes.end());
         continue;
       }
-      currentCode = char32_t(code);
-      current = &glyphs_[currentCode];
-      continue;
-    }
-    if (!current) continue;
-    if (line[0] == 'C') {
-      unsigned code = 0;
-      if (std::from_chars(line.data() + 1, line.data() + line.size(), code, 16).ec == std::errc()) {
-        copies.emplace_back(currentCode, char32_t(code));
+      std::vector<GlyphVertex> stroke;
+      for (std::string_view field : split(line, ';')) {
+        GlyphVertex vertex;
+        if (parseVertex(field, vertex)) stroke.push_back(vertex);
       }
-      continue;
+      if (!stroke.empty()) glyph.strokes.push_back(std::move(stroke));
     }
-    std::vector<GlyphVertex> stroke;
-    for (std::string_view field : split(line, ';')) {
-      GlyphVertex vertex;
-      if (parseVertex(field, vertex)) stroke.push_back(vertex);
-    }
-    if (!stroke.empty()) current->strokes.push_back(std::move(stroke));
-  }
-  // Borrowed strokes (accented letters reuse their base letter), one level deep as the format has.
-  for (const auto& [code, source] : copies) {
-    auto from = glyphs_.find(source);
-    if (from == glyphs_.end() || source == code) continue;
-    Glyph& target = glyphs_[code];
-    std::vector<std::vector<GlyphVertex>> borrowed = from->second.strokes;
-    target.strokes.insert(target.strokes.begin(), borrowed.begin(), borrowed.end());
-  }
-  for (auto& [code, glyph] : glyphs_) {
+    glyph.strokes.insert(glyph.strokes.begin(), borrowed.begin(), borrowed.end());
     double right = 0.0;
     for (const auto& stroke : glyph.strokes) {
       for (const GlyphVertex& v : stroke) right = std::max(right, v.point.x);
     }
     glyph.advance = glyph.strokes.empty() ? wordSpacing_ : right + letterSpacing_;
+    result = std::move(glyph);
+  } else if (loader_ && loader_(ch, glyph)) {
+    result = std::move(glyph);
   }
+  auto& stored = glyphs_.emplace(ch, std::move(result)).first->second;
+  return stored ? &*stored : nullptr;
 }
 
-const Glyph* StrokeFont::glyph(char32_t ch) const {
-  auto it = glyphs_.find(ch);
-  return it == glyphs_.end() ? nullptr : &it->second;
-}
+const Glyph* StrokeFont::glyph(char32_t ch) const { return parseLffGlyph(ch, 0); }
 
-namespace {
-
-double glyphRight(const Glyph& glyph) {
-  double right = 0.0;
-  for (const auto& stroke : glyph.strokes) {
-    for (const GlyphVertex& v : stroke) right = std::max(right, v.point.x);
-  }
-  return right;
-}
-
-}  // namespace
-
-// ---- Font lookup -------------------------------------------------------------------------------
-
-namespace {
-
-struct FontRegistry {
-  std::vector<std::string> directories = {"/usr/share/librecad/fonts"};
-  std::map<std::string, std::unique_ptr<StrokeFont>> loaded;  // by lower-case base name; null = missing
-
-  const StrokeFont* load(const std::string& name) {
-    auto it = loaded.find(name);
-    if (it != loaded.end()) return it->second.get();
-    std::unique_ptr<StrokeFont> font;
-    for (const std::string& dir : directories) {
-      std::ifstream probe(dir + "/" + name + ".lff");
-      if (!probe) continue;
-      font = StrokeFont::fromLffFile(dir + "/" + name + ".lff");
-      if (font->empty()) font.reset();
-      if (font) break;
-    }
-    return (loaded[name] = std::move(font)).get();
-  }
-};
-
-FontRegistry& registry() {
-  static FontRegistry instance;
-  return instance;
-}
-
-// "C:\Fonts\RomanS.SHX" -> "romans".
-std::string baseName(const std::wstring& path) {
-  std::string narrow;
-  for (wchar_t c : path) narrow += (c > 0 && c < 128) ? char(std::tolower(int(c))) : '_';
-  size_t slash = narrow.find_last_of("/\\");
-  if (slash != std::string::npos) narrow.erase(0, slash + 1);
-  size_t dot = narrow.rfind('.');
-  if (dot != std::string::npos) narrow.erase(dot);
-  return narrow;
-}
-
-}  // namespace
-
-void setStrokeFontDirectories(std::vector<std::string> directories) {
-  registry().directories = std::move(directories);
-  registry().loaded.clear();
-}
-
-const StrokeFont* strokeFontFor(const OdGiTextStyle& style) {
-  FontRegistry& fonts = registry();
-  std::string name = baseName(style.fileName().str());
-  if (name == "txt") name = "standard";
-  if (!name.empty()) {
-    if (const StrokeFont* font = fonts.load(name)) return font;
-  }
-  for (const char* fallback : {"standard", "iso", "simplex", "romans"}) {
-    if (const StrokeFont* font = fonts.load(fallback)) return font;
-  }
-  return nullptr;
-}
-
-double measureText(const OdGiTextStyle& style, const std::u32string& chars) {
-  const StrokeFont* font = strokeFontFor(style);
-  double width = 0.0;
-  for (char32_t ch : chars) {
-    const Glyph* glyph = font ? font->glyph(ch) : nullptr;
-    if (!glyph && font && ch != U' ') {
-      if (const StrokeFont* fallback = fallbackStrokeFont()) glyph = fallback->glyph(ch);
-    }
-    width += glyph ? glyph->advance : (font ? font->wordSpacing() : 0.6);
-  }
-  // The spacing after the last glyph is not part of the text's extent.
-  if (font && !chars.empty()) {
-    const Glyph* last = font->glyph(chars.back());
-    if (last && !last->strokes.empty()) width -= last->advance - glyphRight(*last);
-  }
-  return width;
-}
-
-const StrokeFont* fallbackStrokeFont() {
-  if (const StrokeFont* font = registry().load("unicode")) return font;
-  return registry().load("standard");
+std::unique_ptr<StrokeFont> StrokeFont::fromLoader(GlyphLoader loader, double wordSpacing) {
+  auto font = std::make_unique<StrokeFont>();
+  font->loader_ = std::move(loader);
+  font->wordSpacing_ = wordSpacing;
+  return font;
 }
 
 }  // namespace gi

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include "kit/base/OdString.h"
 #include "kit/db/OdDbDatabase.h"
@@ -44,8 +45,9 @@ public:
   // A new database holding the standard records, for importers to fill.
   virtual OdDbDatabasePtr createDatabase();
 
-  // What the kit tells the application about a load that went on without something: an
-  // external reference whose drawing could not be found or read. Nothing by default.
+  // What the kit tells the application about a load or a drawing that went on without something:
+  // an external reference whose drawing could not be found or read, a font file missing or
+  // unreadable. Nothing by default.
   virtual void warning(const OdString& /*message*/) {}
 
   // The meter that loads report to, or null for none.

@@ -129,6 +129,20 @@ TEST_F(Lookup, FontSearchTracesEachDirectoryItTries) {
   EXPECT_EQ(Out(), expected);
 }
 
+TEST_F(Lookup, FontsBesideTheDrawingComeAfterTheFontPath) {
+  Touch("xrefs/iso3098.shx");
+  Touch("xrefs/romans.shx");
+  Touch("fonts/romans.shx");
+  MyServices services;
+  services.AddToFontPath(Dir("fonts"));
+  services.SetInputDirectory(toOdString((root_ / "xrefs").string() + "/"));
+  EXPECT_EQ(Relative(services.findFile(OdString(L"iso3098.shx"))), "xrefs/iso3098.shx");
+  EXPECT_EQ(Relative(services.findFile(OdString(L"iso3098"), nullptr, OdDbHostAppServices::kCompiledShapeFile)),
+            "xrefs/iso3098.shx");
+  EXPECT_EQ(Relative(services.findFile(OdString(L"romans.shx"))), "fonts/romans.shx");
+  EXPECT_TRUE(services.findFile(OdString(L"gothic.shx")).isEmpty());
+}
+
 TEST_F(Lookup, ReferencesTryEachDrawingKindPerDirectoryInListOrder) {
   Touch("old/plan.dgn");
   Touch("xrefs/plan.dwg");

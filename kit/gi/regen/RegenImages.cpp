@@ -1,6 +1,6 @@
 // Raster images, underlays and OLE frames as their frames (a closed five-point outline that a
 // device may fill with the picture); wipeouts as areas filled with the background colour;
-// viewport borders; shapes (not drawn without their shape files).
+// viewport borders.
 #include <algorithm>
 #include <cmath>
 
@@ -142,7 +142,5 @@ void regenViewportFrame(GiRegenContext& ctx, const ViewportEntity& e) {
                           {c.x - w, c.y + h, c.z}, {c.x - w, c.y - h, c.z}};
   ctx.geometry().polylineProc(5, frame);
 }
-
-void regenShape(GiRegenContext&, const ShapeEntity&) {}
 
 }  // namespace gi
