@@ -22,7 +22,9 @@ void DxfWriterContext::objectStart(std::string_view dxfName, const DbObject& obj
       out.raw(102, "}");
     }
   }
-  out.handle(330, owner);
+  // Only the root dictionary is owned by nothing; an object that lost its owner is written without
+  // one, as it was read, rather than claiming the null handle as its owner.
+  if (!owner.isNull() || object.type == DbType::kDictionary) out.handle(330, owner);
 }
 
 void DxfWriterContext::extendedData(const DbObject& object) {
