@@ -6,6 +6,8 @@
 #include <map>
 #include <type_traits>
 
+#include "kit/base/BoundedBytes.h"
+
 namespace {
 
 constexpr std::string_view kMagic = "ACIS BinaryFile";
@@ -65,39 +67,7 @@ std::string number(double v) {
 }
 
 // Reads tagged values; every read checks the room left and fails the whole conversion when short.
-class SabReader {
-public:
-  explicit SabReader(std::string_view data) : data_(data) {}
-
-  bool atEnd() const { return at_ >= data_.size(); }
-  size_t position() const { return at_; }
-  bool take(size_t n, const char*& p) {
-    if (data_.size() - at_ < n) return false;
-    p = data_.data() + at_;
-    at_ += n;
-    return true;
-  }
-  template <class T>
-  bool value(T& out) {
-    const char* p;
-    if (!take(sizeof(T), p)) return false;
-    std::memcpy(&out, p, sizeof(T));
-    return true;
-  }
-  bool string(size_t lengthBytes, std::string& out) {
-    uint32_t length = 0;
-    const char* p;
-    if (!take(lengthBytes, p)) return false;
-    std::memcpy(&length, p, lengthBytes);
-    if (!take(length, p)) return false;
-    out.assign(p, length);
-    return true;
-  }
-
-private:
-  std::string_view data_;
-  size_t at_ = 0;
-};
+using SabReader = BoundedBytes;
 
 struct Header {
   int32_t version = 0, records = 0, bodies = 0, flags = 0;

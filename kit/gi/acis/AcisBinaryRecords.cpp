@@ -2,6 +2,7 @@
 // reals, then records of tagged values, each ended by its own tag. Little-endian throughout.
 #include <cstring>
 
+#include "kit/base/BoundedBytes.h"
 #include "kit/gi/acis/AcisRecords.h"
 
 namespace {
@@ -17,37 +18,7 @@ enum Tag : uint8_t {
   kLong64 = 0x17,
 };
 
-class SabBytes {
-public:
-  explicit SabBytes(std::string_view data) : data_(data) {}
-
-  bool take(size_t n, const char*& p) {
-    if (data_.size() - at_ < n) return false;
-    p = data_.data() + at_;
-    at_ += n;
-    return true;
-  }
-  template <class T>
-  bool value(T& out) {
-    const char* p;
-    if (!take(sizeof(T), p)) return false;
-    std::memcpy(&out, p, sizeof(T));
-    return true;
-  }
-  bool string(size_t lengthBytes, std::string& out) {
-    uint32_t length = 0;
-    const char* p;
-    if (!take(lengthBytes, p)) return false;
-    std::memcpy(&length, p, lengthBytes);
-    if (!take(length, p)) return false;
-    out.assign(p, length);
-    return true;
-  }
-
-private:
-  std::string_view data_;
-  size_t at_ = 0;
-};
+using SabBytes = BoundedBytes;
 
 AcisValue number(double v) {
   AcisValue value;
