@@ -229,11 +229,13 @@ std::string odEncodeUtf8(const std::wstring& text) {
       out += static_cast<char>(0xE0 | (c >> 12));
       out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
       out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-      out += static_cast<char>(0xF0 | ((c >> 18) & 0x07));
+    } else if (c < 0x110000) {
+      out += static_cast<char>(0xF0 | (c >> 18));
       out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
       out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
       out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+      out += '?';  // not a Unicode code point
     }
   }
   return out;
