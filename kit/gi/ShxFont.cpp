@@ -89,6 +89,20 @@ std::unique_ptr<ShxFont> ShxFont::fromBytes(std::string bytes, std::string* erro
   return font;
 }
 
+// One entry of a shape table: its name up to a zero byte, then its bytes; shape 0 holds the font's
+// information rather than a glyph.
+bool ShxFont::takeShape(uint32_t number, std::string_view definition, std::string* error) {
+  size_t nul = definition.find('\0');
+  if (nul == std::string_view::npos) return fail(error, "shape " + std::to_string(number) + " has no name end");
+  if (number == 0) {
+    takeInfo(definition.substr(nul + 1));
+    return true;
+  }
+  if (nul > 0) names_.emplace(lowerCase(definition.substr(0, nul)), number);
+  definitions_[number] = definition.substr(nul + 1);
+  return true;
+}
+
 bool ShxFont::readShapes(std::string_view body, std::string* error) {
   kind_ = ShxKind::kShapes;
   Cursor cursor(body);
@@ -101,14 +115,7 @@ bool ShxFont::readShapes(std::string_view body, std::string* error) {
   for (const auto& [number, size] : index) {
     std::string_view definition;
     if (!cursor.take(size, definition)) return fail(error, "truncated shape " + std::to_string(number));
-    size_t nul = definition.find('\0');
-    if (nul == std::string_view::npos) return fail(error, "shape " + std::to_string(number) + " has no name end");
-    if (number == 0) {
-      takeInfo(definition.substr(nul + 1));
-      continue;
-    }
-    if (nul > 0) names_.emplace(lowerCase(definition.substr(0, nul)), number);
-    definitions_[number] = definition.substr(nul + 1);
+    if (!takeShape(number, definition, error)) return false;
   }
   return true;
 }
@@ -157,14 +164,7 @@ bool ShxFont::readBigFont(std::string_view body, size_t bodyOffset, std::string*
       return fail(error, "shape " + std::to_string(number) + " lies outside the file");
     }
     std::string_view definition = file.substr(offset, size);
-    size_t nul = definition.find('\0');
-    if (nul == std::string_view::npos) return fail(error, "shape " + std::to_string(number) + " has no name end");
-    if (number == 0) {
-      takeInfo(definition.substr(nul + 1));
-      continue;
-    }
-    if (nul > 0) names_.emplace(lowerCase(definition.substr(0, nul)), number);
-    definitions_[number] = definition.substr(nul + 1);
+    if (!takeShape(number, definition, error)) return false;
   }
   return true;
 }

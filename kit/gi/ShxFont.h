@@ -50,6 +50,7 @@ private:
   bool readUnifont(std::string_view body, std::string* error);
   bool readBigFont(std::string_view body, size_t bodyOffset, std::string* error);
   void takeInfo(std::string_view definition);
+  bool takeShape(uint32_t number, std::string_view definition, std::string* error);
 
   std::string bytes_;
   ShxKind kind_ = ShxKind::kShapes;
