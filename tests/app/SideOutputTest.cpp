@@ -68,6 +68,18 @@ TEST_F(SideOutput, NonAsciiNamesWithBlanksAreFoundAndWritten) {
   EXPECT_EQ(run.out, "Input File Does Not Exist: " + kInputFolder + "/n\xC3\xB6pe.dxf\n");
 }
 
+TEST_F(SideOutput, DrawingFileAndLogFileTakeNonAsciiNames) {
+  const fs::path drawing = fs::path(DM_CORPUS_DIR) / "dwg" / "2000" / "Arc.dwg";
+  if (!fs::exists(drawing)) GTEST_SKIP() << "no corpus at " << DM_CORPUS_DIR;
+  fs::copy_file(drawing, dir_.path() / fs::u8path(kInputFolder + "/B\xC3\xB6gen.dwg"));
+  const std::string out = kOutputFolder + "/Ausgabe \xC3\xB1";
+  const std::string log = kOutputFolder + "/Protokoll \xC3\xA9.txt";
+  const ProgramRun run = Run("'" + kInputFolder + "/B\xC3\xB6gen.dwg' '" + out + "' -F=1014 -Q '-LOG=" + log + "'");
+  EXPECT_EQ(run.status, 0) << run.out;
+  EXPECT_TRUE(Exists(out + ".dxf")) << run.out;
+  EXPECT_NE(Read(log).find("Input File Name: " + kInputFolder + "/B\xC3\xB6gen.dwg"), std::string::npos);
+}
+
 TEST_F(SideOutput, CsvListBesideTheSvgOrUnderItsOwnName) {
   ProgramRun run = Run("'" + kInputName + "' '" + kOutputFolder + "/plan.svg' -CSV -Q");
   ASSERT_TRUE(Exists(kOutputFolder + "/plan.csv")) << run.out;
