@@ -7,20 +7,11 @@
 #include "projects/common/CommonRoutines.h"
 #include "services/Trace.h"
 
-namespace {
-
-OdString StripSvgExtension(const OdString& name) {
-  const int cut = name.getLength() - 4;
-  return cut >= 0 && name.mid(cut).iCompare(L".svg") == 0 ? name.left(cut) : name;
-}
-
-}  // namespace
-
 void DRAWSVG::WriteWrapperPage() {
-  // Without an SVG file the page would show nothing.
+  // Without an SVG file the page would show nothing; with several it shows the first, the one
+  // under the output name.
   if (m_filesWritten == 0) return;
-  // The name of the last file written, with or without its ".svg".
-  const OdString stem = StripSvgExtension(m_outputFileName);
+  const OdString& stem = m_firstFileStem;
   std::string pagePath;
   OdStringToUtf8(pagePath, m_wrapperPageName.isEmpty() ? stem + L".htm" : m_wrapperPageName);
   std::ofstream page(pagePath, std::ios::out | std::ios::trunc | std::ios::binary);

@@ -120,6 +120,10 @@ TEST_F(SideOutput, AnHtmlOutputNameWritesThePageBesideTheSvg) {
   run = Run("'" + kInputName + "' '" + kOutputFolder + "/short.HTM' -Q");
   EXPECT_TRUE(Exists(kOutputFolder + "/short.svg")) << run.out;
   EXPECT_TRUE(Exists(kOutputFolder + "/short.HTM")) << run.out;
+  // With every view converted the page shows the file under the output name, the first.
+  run = Run("'" + kInputName + "' '" + kOutputFolder + "/all.html' -ALL -Q");
+  EXPECT_TRUE(Exists(kOutputFolder + "/all__ModelSpace.svg")) << run.out;
+  EXPECT_NE(Read(kOutputFolder + "/all.html").find("data=\"all.svg\""), std::string::npos);
   // An SVG name asks for no page.
   run = Run("'" + kInputName + "' '" + kOutputFolder + "/plain.svg' -Q");
   EXPECT_FALSE(Exists(kOutputFolder + "/plain.htm"));
