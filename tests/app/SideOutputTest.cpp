@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -101,6 +102,23 @@ TEST_F(SideOutput, CsvListBesideTheSvgOrUnderItsOwnName) {
   EXPECT_TRUE(Exists(named)) << run.out;
   EXPECT_FALSE(Exists(kOutputFolder + "/other.csv"));
   EXPECT_EQ(Read(named), list);
+}
+
+// Every layer converted: the list still tells the layers the drawing had frozen or off.
+TEST_F(SideOutput, CsvListKeepsTheDrawingsLayerStatesWhenEveryLayerIsConverted) {
+  const std::string drawing =
+      "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nLAYER\n"
+      "0\nLAYER\n2\nFrozen\n70\n1\n62\n1\n0\nLAYER\n2\nOff\n70\n0\n62\n-2\n"
+      "0\nENDTAB\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n"
+      "0\nLINE\n8\nFrozen\n10\n0\n20\n0\n11\n5\n21\n5\n0\nLINE\n8\nOff\n10\n0\n20\n5\n11\n5\n21\n0\n"
+      "0\nENDSEC\n0\nEOF\n";
+  std::ofstream(dir_.path() / "states.dxf", std::ios::binary) << drawing;
+  const ProgramRun run = Run("states.dxf states.svg -CSV -ALLLAYERS -Q");
+  const std::string list = Read("states.csv");
+  EXPECT_NE(list.find("L,1,Frozen,0,1,hidden\n"), std::string::npos) << list << run.out;
+  EXPECT_NE(list.find("L,2,Off,0,1,hidden\n"), std::string::npos) << list;
+  // Both were drawn all the same.
+  EXPECT_NE(Read("states.svg").find("id=\"layer_Frozen\""), std::string::npos);
 }
 
 TEST_F(SideOutput, AnHtmlOutputNameWritesThePageBesideTheSvg) {
