@@ -48,15 +48,15 @@ void appendLayer(OdString& list, const OdString& name) {
 }
 
 // A whole list given at once: a ";"-separated text or an array of names.
-bool readLayerList(const JsonValue& value, OdString& list) {
+bool readLayerList(const JsonValue& value, OdString& list, const std::string& where) {
   if (value.IsString()) {
     list = wide(value.GetString());
     return true;
   }
   if (!value.IsArray()) return false;
   list.empty();
-  for (const JsonValue& item : value.GetArray())
-    if (item.IsString()) appendLayer(list, wide(item.GetString()));
+  for (rapidjson::SizeType i = 0; i < value.Size(); ++i)
+    if (hasType(value[i].IsString(), indexed(where, i), "a text")) appendLayer(list, wide(value[i].GetString()));
   return true;
 }
 
@@ -197,8 +197,8 @@ void JsonParameterReader::ReadLayers(CParseCommandLine& p, const JsonValue& laye
   if (!hasType(layers.IsObject(), where, "an object or an array")) return;
   for (auto it = layers.MemberBegin(); it != layers.MemberEnd(); ++it) {
     const std::string name = it->name.GetString();
-    if (EqualsNoCase(name, "Off") && readLayerList(it->value, p.layersOff)) continue;
-    if (EqualsNoCase(name, "On") && readLayerList(it->value, p.layersOn)) continue;
+    if (EqualsNoCase(name, "Off") && readLayerList(it->value, p.layersOff, where + "." + name)) continue;
+    if (EqualsNoCase(name, "On") && readLayerList(it->value, p.layersOn, where + "." + name)) continue;
     if (hasType(it->value.IsString(), where + "." + name, "a text"))
       ReadLayerState(p, wide(name.c_str()), it->value.GetString());
   }

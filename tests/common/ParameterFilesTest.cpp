@@ -211,6 +211,8 @@ TEST_F(ParameterFiles, JsonEntriesOfTheWrongTypeAreNamedAndLeftOut) {
       {R"({"Layers": [7, {"Walls": 1}], "Variables": [{"prefix": 2, "value": "v"}]})",
        "JSON Parameter Ignored: Layers[0] is not an object\nJSON Parameter Ignored: Layers[1].Walls is not a text\n"
        "JSON Parameter Ignored: Variables[0].prefix is not a text\n"},
+      {R"({"Layers": {"Off": ["A", 3, "B"], "On": {"C": 1}}})",
+       "JSON Parameter Ignored: Layers.Off[1] is not a text\nJSON Parameter Ignored: Layers.On is not a text\n"},
   };
   for (const Case& c : cases) {
     CParseCommandLine p;
