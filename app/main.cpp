@@ -43,8 +43,9 @@ void PrintBanner() {
 // The input must exist and the output's directory, when one is named, must too.
 bool CheckFiles(CParseCommandLine& parameters) {
   const OdString input = parameters.GetInputFile();
-  std::string narrow;
-  if (!fileExists(OdStringToNarrow(narrow, input))) {
+  // Names reach the file system as the UTF-8 bytes the shell gave, as the loader opens them.
+  std::string inputPath;
+  if (!fileExists(OdStringToUtf8(inputPath, input))) {
     PrintMessage("Input File Does Not Exist", input.c_str());
     return false;
   }

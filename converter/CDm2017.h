@@ -153,6 +153,9 @@ public:
 
   // Prints the fonts the drawing's text styles name and where they were found.
   void ReportUsedFonts();
+  // Writes the CSV layer list for `name` (the CSV file name when one was given); a file that
+  // cannot be opened yields no list and no message.
+  void WriteCSVLayerList(const OdString& name);
 
   // ---- View selection and sizing ----
   // True when the block has no entities; a layout that does not exist counts as empty.

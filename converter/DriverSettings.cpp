@@ -52,6 +52,8 @@ void CDm2017::HandOverSettings(int format) {
   driver.SetPointCircle(pointCircle);
   if (precision > 0) driver.SetPrecision(precision);
 
+  // The list records the layer states of the drawing, before every layer is switched on.
+  if (format == 1016 && csvOutput) WriteCSVLayerList(csvFileName.isEmpty() ? outputName : csvFileName);
   if (format == 1016 && g_AllLayersOn) ReportLayerStates();
 
   driver.SetInputKind(inputKind);

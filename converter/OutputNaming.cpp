@@ -37,3 +37,11 @@ bool NameIs(const OdString& name, const wchar_t* other) { return name.iCompare(o
 bool NameStartsWith(const OdString& name, const wchar_t* prefix) {
   return name.str().rfind(prefix, 0) == 0;
 }
+
+OdString SvgNameForPage(const OdString& name) {
+  for (const wchar_t* ending : {L".html", L".htm"}) {
+    const OdString stem = StripExtension(name, OdString(ending));
+    if (stem.getLength() < name.getLength()) return stem + L".svg";
+  }
+  return OdString();
+}

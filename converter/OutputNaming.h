@@ -16,3 +16,7 @@ OdString LayoutOutputName(const OdString& base, int number);
 bool NameIs(const OdString& name, const wchar_t* other);
 // Prefix test; case-sensitive.
 bool NameStartsWith(const OdString& name, const wchar_t* prefix);
+// An output name ending in ".htm" or ".html" (any case) asks for the HTML page: the SVG file is
+// written as the name up to that ending plus ".svg", and the page under the name itself. Returns
+// the SVG file's name, or an empty name for any other output name.
+OdString SvgNameForPage(const OdString& name);

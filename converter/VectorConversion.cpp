@@ -8,6 +8,7 @@
 
 #include "converter/CDm2017.h"
 #include "converter/DrawingUnits.h"
+#include "converter/OutputNaming.h"
 #include "drivers/TRANS_BASE2.h"
 #include "drivers/svg/DRAWSVG.h"
 #include "kit/base/OdError.h"
@@ -37,6 +38,10 @@ int CDm2017::ConvertToVector(int format) {
     PrintMessage("Unsupported Output Format");
     return -1000;
   }
+  // An HTML name asks for the page; the drawing itself goes to the SVG file beside it.
+  const OdString pageName = outputName;
+  const OdString svgName = SvgNameForPage(pageName);
+  if (!svgName.isEmpty()) SetOutputFile(svgName);
   UseOutputDriver(new DRAWSVG());
   if (!fontPath.isEmpty()) outputDriver->SetFontPath(fontPath);
   TraceMessage("Set Output Format Pointer");
@@ -49,6 +54,10 @@ int CDm2017::ConvertToVector(int format) {
   if (StartVectorization() == 0) {
     outputDriver->BeginConversion();
     RunConvert();
+    if (!svgName.isEmpty()) {
+      outputDriver->SetWrapperPageName(pageName);
+      outputDriver->WriteWrapperPage();
+    }
     outputDriver->EndConversion();
   }
   EndConversion();

@@ -285,6 +285,8 @@ public:
   void SetOutputFileName(const OdString& name);
   const OdString& GetOutputFileName() const { return m_outputFileName; }
   const OdString& GetOutputStem() const { return m_outputStem; }
+  // The HTML page's own file name; empty: beside the SVG file with ".htm".
+  void SetWrapperPageName(const OdString& name) { m_wrapperPageName = name; }
   void SetLineWidthScale(double scale);
   double GetLineWidthScale() const { return m_lineWidthScale; }
   void SetPageSize(double a, double b, double c, double d, double e, double f, double g);
@@ -593,6 +595,7 @@ protected:
   OdString m_inputFileName;
   OdString m_outputFileName;
   OdString m_outputStem;
+  OdString m_wrapperPageName;
   std::string m_buildingName;               // BLDG
   std::string m_floorName;                  // FLOOR
   std::string m_generatorName;

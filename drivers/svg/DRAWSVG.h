@@ -131,6 +131,7 @@ protected:
   // Files written so far in this conversion: every view after the first gets a suffix, so that the
   // views of one run never overwrite each other.
   int m_filesWritten = 0;
+  OdString m_firstFileStem;  // the file the HTML page shows: the run's first, under the output name
   int m_viewCounter = 0;
   int m_pageCounter = 0;
   std::string m_colourClass;        // "red", "rgb(12,34,56)"

@@ -309,7 +309,7 @@ int DRAWSVG::OutputDrawing(bool keepFirstName) {
         TraceMessage("Open Output File", stem);
         m_outputFileName = stem;
         if (!OpenOutputFile(Utf8(stem) + ".svg")) return 0;
-        ++m_filesWritten;
+        if (m_filesWritten++ == 0) m_firstFileStem = stem;
         PrepareFile();
         WriteHeader(view);
       }

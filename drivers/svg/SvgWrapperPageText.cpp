@@ -1,5 +1,8 @@
 #include "drivers/svg/SvgWrapperPageText.h"
 
+#include <cctype>
+#include <cstring>
+
 #include "drivers/svg/SvgXmlText.h"
 
 namespace {
@@ -125,6 +128,24 @@ std::string ScriptLiteral(const std::string& id) {
   return out;
 }
 
+// The SVG file's relative address: blanks, non-ASCII letters and the characters that would end or
+// redirect an address ("#", "?", "%") are percent-encoded byte by byte.
+std::string AddressText(const std::string& path) {
+  static const char kHex[] = "0123456789ABCDEF";
+  std::string out;
+  for (char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (std::isalnum(byte) || (c != '\0' && std::strchr("-._~/", c) != nullptr)) {
+      out += c;
+    } else {
+      out += '%';
+      out += kHex[byte >> 4];
+      out += kHex[byte & 15];
+    }
+  }
+  return out;
+}
+
 }  // namespace
 
 std::string WrapperPageText(const std::string& stem, const std::string& idPrefix,
@@ -141,6 +162,6 @@ std::string WrapperPageText(const std::string& stem, const std::string& idPrefix
   }
   page += kScript;
   for (const std::string& id : ids) page += Substitute(kLayerRow, "{id}", id);
-  page += Substitute(kPageBottom, "{stem}", XmlText(stem, XmlEscapeMode::kAttribute));
+  page += Substitute(kPageBottom, "{stem}", AddressText(stem));
   return page;
 }

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-// stem: the output name up to its last "." (title and "{stem}.svg"); idPrefix: "layer_" and the
+// stem: the SVG file's name without ".svg", relative to the page (the title as it stands, the
+// object's address "{stem}.svg" percent-encoded); idPrefix: "layer_" and the
 // id postfix with its "_" when one is used; layerNames: the run's layer names, whose "\U+XXXX"
 // escapes become numeric character references.
 std::string WrapperPageText(const std::string& stem, const std::string& idPrefix,

@@ -1,13 +1,13 @@
 // The JSON parameter file: general settings, block attribute records, layer states and
 // variables. The value of "JSON" is either the JSON text itself or the name of a file holding it.
-#include <cstdio>
-#include <cstdlib>
 #include <iostream>
+#include <string>
 
 #include <rapidjson/document.h>
 
 #include "projects/common/CommonRoutines.h"
 #include "projects/common/ParseCommandLine.h"
+#include "services/Trace.h"
 
 namespace {
 
@@ -31,11 +31,15 @@ OdString wide(const char* utf8) {
   return out;
 }
 
-// Block records that are not objects are a broken file generator, not a user's typo: the run stops.
-void requireObject(const JsonValue& value, const char* condition) {
-  if (value.IsObject()) return;
-  std::fprintf(stderr, "dm2020: projects/common/ParseCommandLine: Assertion `%s' failed.\n", condition);
-  std::exit(EXIT_FAILURE);
+// An entry of the wrong type is left out with one line naming it; the rest of the file still
+// counts, as does the run.
+bool hasType(bool ok, const std::string& where, const char* expected) {
+  if (!ok) PrintMessage("JSON Parameter Ignored", (where + " is not " + expected).c_str());
+  return ok;
+}
+
+std::string indexed(const std::string& where, rapidjson::SizeType index) {
+  return where + "[" + std::to_string(index) + "]";
 }
 
 void appendLayer(OdString& list, const OdString& name) {
@@ -44,15 +48,15 @@ void appendLayer(OdString& list, const OdString& name) {
 }
 
 // A whole list given at once: a ";"-separated text or an array of names.
-bool readLayerList(const JsonValue& value, OdString& list) {
+bool readLayerList(const JsonValue& value, OdString& list, const std::string& where) {
   if (value.IsString()) {
     list = wide(value.GetString());
     return true;
   }
   if (!value.IsArray()) return false;
   list.empty();
-  for (const JsonValue& item : value.GetArray())
-    if (item.IsString()) appendLayer(list, wide(item.GetString()));
+  for (rapidjson::SizeType i = 0; i < value.Size(); ++i)
+    if (hasType(value[i].IsString(), indexed(where, i), "a text")) appendLayer(list, wide(value[i].GetString()));
   return true;
 }
 
@@ -76,8 +80,8 @@ bool jsonText(const std::string& value, std::string& text) {
 struct JsonParameterReader {
   static void ReadGeneral(CParseCommandLine& p, const JsonValue& general);
   static void ReadBlocks(CParseCommandLine& p, const JsonValue& blocks);
-  static void ReadBlock(CParseCommandLine& p, const JsonValue& blockItem);
-  static void ReadLayers(CParseCommandLine& p, const JsonValue& layers);
+  static void ReadBlock(CParseCommandLine& p, const JsonValue& blockItem, rapidjson::SizeType index);
+  static void ReadLayers(CParseCommandLine& p, const JsonValue& layers, const std::string& where);
   static void ReadLayerState(CParseCommandLine& p, const OdString& name, const char* state);
   static void ReadVariables(CParseCommandLine& p, const JsonValue& variables);
 };
@@ -91,17 +95,17 @@ void CParseCommandLine::ReadJSONParameters() {
   if (document.HasParseError() || !document.IsObject()) return;
   if (const JsonValue* general = findMember(document, "General")) JsonParameterReader::ReadGeneral(*this, *general);
   if (const JsonValue* blocks = findMember(document, "Blocks")) JsonParameterReader::ReadBlocks(*this, *blocks);
-  if (const JsonValue* layers = findMember(document, "Layers")) JsonParameterReader::ReadLayers(*this, *layers);
+  if (const JsonValue* layers = findMember(document, "Layers")) JsonParameterReader::ReadLayers(*this, *layers, "Layers");
   if (const JsonValue* variables = findMember(document, "Variables"))
     JsonParameterReader::ReadVariables(*this, *variables);
 }
 
 // Paths read here are taken as written: no separator is added as on the command line.
 void JsonParameterReader::ReadGeneral(CParseCommandLine& p, const JsonValue& general) {
-  if (!general.IsObject()) return;
+  if (!hasType(general.IsObject(), "General", "an object")) return;
   for (auto it = general.MemberBegin(); it != general.MemberEnd(); ++it) {
-    if (!it->value.IsString()) continue;
     const std::string name = it->name.GetString();
+    if (!hasType(it->value.IsString(), "General." + name, "a text")) continue;
     const OdString value = wide(it->value.GetString());
     if (EqualsNoCase(name, "InputFile")) p.inputFile = value;
     else if (EqualsNoCase(name, "OutputFile")) p.outputFile = value;
@@ -124,27 +128,39 @@ void JsonParameterReader::ReadGeneral(CParseCommandLine& p, const JsonValue& gen
 }
 
 void JsonParameterReader::ReadBlocks(CParseCommandLine& p, const JsonValue& blocks) {
-  if (!blocks.IsArray()) return;
-  for (const JsonValue& blocksItem : blocks.GetArray()) {
-    requireObject(blocksItem, "blocksItem.IsObject()");
-    ReadBlock(p, blocksItem);
-  }
+  if (!hasType(blocks.IsArray(), "Blocks", "an array")) return;
+  for (rapidjson::SizeType i = 0; i < blocks.Size(); ++i)
+    if (hasType(blocks[i].IsObject(), indexed("Blocks", i), "an object")) ReadBlock(p, blocks[i], i);
 }
 
-void JsonParameterReader::ReadBlock(CParseCommandLine& p, const JsonValue& blockItem) {
-  requireObject(blockItem, "blockItem.IsObject()");
+namespace {
+
+// A text member of a block or attribute: null when absent or of another type (then reported).
+const char* textMember(const JsonValue& object, const char* name, const std::string& where) {
+  const JsonValue* value = findMember(object, name);
+  if (!value || !hasType(value->IsString(), where + "." + name, "a text")) return nullptr;
+  return value->GetString();
+}
+
+}  // namespace
+
+void JsonParameterReader::ReadBlock(CParseCommandLine& p, const JsonValue& blockItem, rapidjson::SizeType index) {
+  const std::string where = indexed("Blocks", index);
   WorkspaceBlockRecord record;
-  if (const char* name = stringMember(blockItem, "Blockname")) record.blockName = name;
-  if (const char* handle = stringMember(blockItem, "Handle")) record.handle = handle;
+  if (const char* name = textMember(blockItem, "Blockname", where)) record.blockName = name;
+  if (const char* handle = textMember(blockItem, "Handle", where)) record.handle = handle;
   const JsonValue* attributes = findMember(blockItem, "Attributes");
-  if (attributes && attributes->IsArray()) {
-    for (const JsonValue& attribute : attributes->GetArray()) {
-      requireObject(attribute, "attribute.IsObject()");
+  if (attributes && hasType(attributes->IsArray(), where + ".Attributes", "an array")) {
+    for (rapidjson::SizeType i = 0; i < attributes->Size(); ++i) {
+      const JsonValue& attribute = (*attributes)[i];
+      const std::string attributeWhere = indexed(where + ".Attributes", i);
+      if (!hasType(attribute.IsObject(), attributeWhere, "an object")) continue;
       std::pair<std::string, std::string> pair;
       for (auto it = attribute.MemberBegin(); it != attribute.MemberEnd(); ++it) {
         const std::string member = it->name.GetString();
         const bool isTag = EqualsNoCase(member, "tag");
-        if ((!isTag && !EqualsNoCase(member, "value")) || !it->value.IsString()) continue;
+        if (!isTag && !EqualsNoCase(member, "value")) continue;
+        if (!hasType(it->value.IsString(), attributeWhere + "." + member, "a text")) continue;
         std::cout << member << " : " << it->value.GetString() << '\n';
         (isTag ? pair.first : pair.second) = it->value.GetString();
       }
@@ -165,33 +181,37 @@ void JsonParameterReader::ReadLayerState(CParseCommandLine& p, const OdString& n
 
 // Either {"Wall": "Off", "Rooms": "RL"}, an array of such objects or of {"Name": ..., "State": ...},
 // or {"Off": "A;B", "On": "C"} with whole lists.
-void JsonParameterReader::ReadLayers(CParseCommandLine& p, const JsonValue& layers) {
+void JsonParameterReader::ReadLayers(CParseCommandLine& p, const JsonValue& layers, const std::string& where) {
   if (layers.IsArray()) {
-    for (const JsonValue& item : layers.GetArray()) {
-      if (!item.IsObject()) continue;
+    for (rapidjson::SizeType i = 0; i < layers.Size(); ++i) {
+      const JsonValue& item = layers[i];
+      if (!hasType(item.IsObject(), indexed(where, i), "an object")) continue;
       const char* name = stringMember(item, "Name");
       if (!name) name = stringMember(item, "Layer");
       const char* state = stringMember(item, "State");
       if (name && state) ReadLayerState(p, wide(name), state);
-      else ReadLayers(p, item);
+      else ReadLayers(p, item, indexed(where, i));
     }
     return;
   }
-  if (!layers.IsObject()) return;
+  if (!hasType(layers.IsObject(), where, "an object or an array")) return;
   for (auto it = layers.MemberBegin(); it != layers.MemberEnd(); ++it) {
     const std::string name = it->name.GetString();
-    if (EqualsNoCase(name, "Off") && readLayerList(it->value, p.layersOff)) continue;
-    if (EqualsNoCase(name, "On") && readLayerList(it->value, p.layersOn)) continue;
-    if (it->value.IsString()) ReadLayerState(p, wide(name.c_str()), it->value.GetString());
+    if (EqualsNoCase(name, "Off") && readLayerList(it->value, p.layersOff, where + "." + name)) continue;
+    if (EqualsNoCase(name, "On") && readLayerList(it->value, p.layersOn, where + "." + name)) continue;
+    if (hasType(it->value.IsString(), where + "." + name, "a text"))
+      ReadLayerState(p, wide(name.c_str()), it->value.GetString());
   }
 }
 
 void JsonParameterReader::ReadVariables(CParseCommandLine& p, const JsonValue& variables) {
-  if (!variables.IsArray()) return;
-  for (const JsonValue& item : variables.GetArray()) {
-    if (!item.IsObject()) continue;
-    const char* prefix = stringMember(item, "prefix");
-    const char* value = stringMember(item, "value");
+  if (!hasType(variables.IsArray(), "Variables", "an array")) return;
+  for (rapidjson::SizeType i = 0; i < variables.Size(); ++i) {
+    const JsonValue& item = variables[i];
+    const std::string where = indexed("Variables", i);
+    if (!hasType(item.IsObject(), where, "an object")) continue;
+    const char* prefix = textMember(item, "prefix", where);
+    const char* value = textMember(item, "value", where);
     if (prefix && value) p.variables.push_back(ParameterVariable{prefix, value});
   }
 }

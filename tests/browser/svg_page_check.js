@@ -1,7 +1,8 @@
-// Opens an SVG file and its HTML page, written by the SVG writer through the fixture program, in
-// headless Chromium: the drawing must put ink where its layers are, and the page's check boxes
-// ("All Off", "All On", one per layer) must hide and show the layer groups.
-//   node svg_page_check.js <fixture program> <output directory>
+// Converts a small drawing with the program, asking for the HTML page by the output name
+// ("dm2020 plan.dxf 'Plan é 1.html'"), and opens the SVG file and the page in headless Chromium:
+// the drawing must put ink where its layers are, and the page's check boxes ("All Off", "All On",
+// one per layer) must hide and show the layer groups.
+//   node svg_page_check.js <dm2020 program> <output directory>
 // Exits 77 (skipped) only when Chromium is not installed.
 'use strict';
 
@@ -25,11 +26,13 @@ try {
   process.exit(1);
 }
 
-const [fixture, outDir] = process.argv.slice(2);
-if (!fixture || !outDir) {
-  console.error('usage: node svg_page_check.js <fixture program> <output directory>');
+const [givenProgram, outDir] = process.argv.slice(2);
+if (!givenProgram || !outDir) {
+  console.error('usage: node svg_page_check.js <dm2020 program> <output directory>');
   process.exit(2);
 }
+
+const program = path.resolve(givenProgram);
 
 let failures = 0;
 let passes = 0;
@@ -40,6 +43,37 @@ function check(ok, what) {
     failures++;
     console.error(`FAILED: ${what}`);
   }
+}
+
+// Three layers side by side in metres: dark grey, red and blue, each with a filled solid (whose ink
+// stays when the page scales the drawing down) beside its line work.
+function drawingText() {
+  const tags = [];
+  const add = (...pairs) => { for (const p of pairs) tags.push(String(p)); };
+  const layer = (name, colour) => add(0, 'LAYER', 2, name, 70, 0, 62, colour);
+  const polyline = (layerName, points) => {
+    add(0, 'LWPOLYLINE', 8, layerName, 90, points.length, 70, 1);
+    for (const [x, y] of points) add(10, x, 20, y);
+  };
+  const line = (layerName, x1, y1, x2, y2) => add(0, 'LINE', 8, layerName, 10, x1, 20, y1, 11, x2, 21, y2);
+  const solid = (layerName, x1, y1, x2, y2) =>
+    add(0, 'SOLID', 8, layerName, 10, x1, 20, y1, 11, x2, 21, y1, 12, x1, 22, y2, 13, x2, 23, y2);
+  add(0, 'SECTION', 2, 'HEADER', 9, '$INSUNITS', 70, 6, 0, 'ENDSEC');
+  add(0, 'SECTION', 2, 'TABLES', 0, 'TABLE', 2, 'LAYER');
+  layer('Walls', 250);
+  layer('Doors', 1);
+  layer('Room Notes', 5);
+  add(0, 'ENDTAB', 0, 'ENDSEC', 0, 'SECTION', 2, 'ENTITIES');
+  polyline('Walls', [[0, 0], [20, 0], [20, 50], [0, 50]]);
+  line('Walls', 0, 25, 20, 25);
+  solid('Walls', 2, 30, 18, 48);
+  polyline('Doors', [[30, 5], [50, 5], [50, 25], [30, 25]]);
+  add(0, 'CIRCLE', 8, 'Doors', 10, 40, 20, 40, 40, 6);
+  solid('Doors', 32, 7, 48, 23);
+  for (let i = 0; i <= 4; i++) line('Room Notes', 60, 10 + 8 * i, 80, 12 + 8 * i);
+  solid('Room Notes', 62, 0, 78, 8);
+  add(0, 'ENDSEC', 0, 'EOF');
+  return tags.join('\n') + '\n';
 }
 
 function serve(root) {
@@ -107,8 +141,20 @@ async function checkBoxes(page) {
 async function main() {
   fs.mkdirSync(outDir, { recursive: true });
   const root = fs.realpathSync(outDir);
-  const written = execFileSync(fixture, [root], { encoding: 'utf8' });
-  const files = JSON.parse(written.trim().split('\n').pop());
+  for (const name of fs.readdirSync(root)) fs.rmSync(path.join(root, name), { recursive: true, force: true });
+  fs.writeFileSync(path.join(root, 'plan.dxf'), drawingText());
+  // A blank, a non-ASCII letter and a "#" in the name: the page must still find its SVG file.
+  const stem = 'Plan \u00e9 #1';
+  execFileSync(program, ['plan.dxf', stem + '.html', '-Q'], { cwd: root, encoding: 'utf8' });
+  const files = { svg: stem + '.svg', htm: stem + '.html' };
+  check(fs.existsSync(path.join(root, files.svg)), `${files.svg} is written beside the page`);
+  check(fs.existsSync(path.join(root, files.htm)), `${files.htm} is written`);
+  const svgText = fs.readFileSync(path.join(root, files.svg), 'utf8');
+  files.layers = Array.from(svgText.matchAll(/<g id="(layer_[^"]*)"/g), (m) => m[1]);
+  const expected = ['Walls', 'Doors', 'Room'];
+  check(files.layers.length === 3 && expected.every((n) => files.layers.some((id) => id.includes(n))),
+    `the SVG has a group for each of the three layers: ${files.layers.join(', ')}`);
+  const address = (name) => name.split('').map((c) => encodeURIComponent(c)).join('');
   const server = await serve(root);
   const base = `http://127.0.0.1:${server.address().port}/`;
   const browser = await chromium.launch({
@@ -125,8 +171,14 @@ async function main() {
     const svgPage = await context.newPage();
     const svgErrors = [];
     svgPage.on('pageerror', (e) => svgErrors.push(String(e)));
-    const response = await svgPage.goto(base + files.svg);
+    const response = await svgPage.goto(base + address(files.svg));
     check(response.ok(), `${files.svg} loads`);
+    // The file's own size is in drawing units scaled for zooming in; fit it to the window as the
+    // page's object element does.
+    await svgPage.evaluate(() => {
+      document.documentElement.setAttribute('width', String(window.innerWidth));
+      document.documentElement.setAttribute('height', String(window.innerHeight));
+    });
     const boxes = await svgPage.evaluate(() =>
       Array.from(document.querySelectorAll('g[id^="layer_"]')).map((g) => {
         const r = g.getBoundingClientRect();
@@ -142,7 +194,7 @@ async function main() {
     const page = await context.newPage();
     const pageErrors = [];
     page.on('pageerror', (e) => pageErrors.push(String(e)));
-    await page.goto(base + files.htm);
+    await page.goto(base + address(files.htm));
     await page.waitForFunction(() => {
       const o = document.getElementById('SVGPage');
       return o && o.contentDocument && o.contentDocument.querySelector('g[id^="layer_"]');

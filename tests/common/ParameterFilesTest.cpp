@@ -175,7 +175,7 @@ TEST_F(ParameterFiles, JsonVariablesAreKeptInOrder) {
   EXPECT_EQ(variables[1].value, "two");
 }
 
-TEST_F(ParameterFiles, BadJsonIsIgnoredSilently) {
+TEST_F(ParameterFiles, UnreadableJsonIsIgnoredSilently) {
   const std::string deep = std::string(200000, '[') + std::string(200000, ']');
   const std::vector<std::string> values = {
       dir_ + "/missing.json",
@@ -183,12 +183,8 @@ TEST_F(ParameterFiles, BadJsonIsIgnoredSilently) {
       Write("empty.json", ""),
       Write("broken.json", "{\"General\": {\"View\": \"Plan\""),
       Write("notjson.json", "{General: View}"),
-      Write("types.json", R"({"General": [1], "Blocks": {"a": 1}, "Layers": 5, "Variables": {"x": 1}})"),
-      Write("values.json", R"({"General": {"View": 5, "InputFile": null, "Format": ["SVG"]}})"),
-      Write("attrs.json", R"({"Blocks": [{"Blockname": 1, "Handle": {}, "Attributes": [{"tag": 5}]}]})"),
       Write("deep.json", deep),
       "[1, 2, 3]",
-      "{\"General\": 1}",
   };
   for (const std::string& value : values) {
     CParseCommandLine p;
@@ -196,25 +192,53 @@ TEST_F(ParameterFiles, BadJsonIsIgnoredSilently) {
     EXPECT_EQ(out, "") << value;
     EXPECT_TRUE(p.IsViewNameEmpty()) << value;
     EXPECT_EQ(Utf8(p.GetInputFile()), "a.dwg") << value;
-    EXPECT_EQ(p.GetOutputFormat(), 1016) << value;
   }
 }
 
-TEST_F(ParameterFiles, JsonBlockThatIsNotAnObjectStopsTheRun) {
-  std::string file = Write("bad.json", R"({"Blocks": ["Door"]})");
-  EXPECT_EXIT(
-      {
-        CParseCommandLine p;
-        parameter_test::Parse(p, {"a.dwg", "-JSON=" + file});
-      },
-      testing::ExitedWithCode(1), "blocksItem\\.IsObject\\(\\)");
-  std::string attributes = Write("attr.json", R"({"Blocks": [{"Attributes": [3]}]})");
-  EXPECT_EXIT(
-      {
-        CParseCommandLine p;
-        parameter_test::Parse(p, {"a.dwg", "-JSON=" + attributes});
-      },
-      testing::ExitedWithCode(1), "attribute\\.IsObject\\(\\)");
+// Each entry of the wrong type costs one line naming it; everything else in the file still counts.
+TEST_F(ParameterFiles, JsonEntriesOfTheWrongTypeAreNamedAndLeftOut) {
+  struct Case {
+    std::string json, printed;
+  };
+  const std::vector<Case> cases = {
+      {R"({"General": [1], "Blocks": {"a": 1}, "Layers": 5, "Variables": {"x": 1}})",
+       "JSON Parameter Ignored: General is not an object\nJSON Parameter Ignored: Blocks is not an array\n"
+       "JSON Parameter Ignored: Layers is not an object or an array\n"
+       "JSON Parameter Ignored: Variables is not an array\n"},
+      {R"({"General": {"View": 5, "InputFile": null, "Format": ["SVG"]}})",
+       "JSON Parameter Ignored: General.View is not a text\nJSON Parameter Ignored: General.InputFile is not a text\n"
+       "JSON Parameter Ignored: General.Format is not a text\n"},
+      {R"({"Layers": [7, {"Walls": 1}], "Variables": [{"prefix": 2, "value": "v"}]})",
+       "JSON Parameter Ignored: Layers[0] is not an object\nJSON Parameter Ignored: Layers[1].Walls is not a text\n"
+       "JSON Parameter Ignored: Variables[0].prefix is not a text\n"},
+      {R"({"Layers": {"Off": ["A", 3, "B"], "On": {"C": 1}}})",
+       "JSON Parameter Ignored: Layers.Off[1] is not a text\nJSON Parameter Ignored: Layers.On is not a text\n"},
+  };
+  for (const Case& c : cases) {
+    CParseCommandLine p;
+    EXPECT_EQ(ParseCapturing(p, {"a.dwg", "-JSON=" + Write("t.json", c.json)}), c.printed) << c.json;
+    EXPECT_TRUE(p.IsViewNameEmpty()) << c.json;
+    EXPECT_EQ(Utf8(p.GetInputFile()), "a.dwg") << c.json;
+    EXPECT_EQ(p.GetOutputFormat(), 1016) << c.json;
+  }
+}
+
+TEST_F(ParameterFiles, JsonBlockThatIsNotAnObjectIsLeftOutAndTheOthersKept) {
+  std::string file = Write("bad.json", R"({"Blocks": ["Door", {"Blockname": "Win", "Handle": 4,
+      "Attributes": [3, {"tag": "NO", "value": 7}]}], "General": {"View": "Plan"}})");
+  CParseCommandLine p;
+  std::string out = ParseCapturing(p, {"a.dwg", "-JSON=" + file});
+  EXPECT_EQ(out,
+            "JSON Parameter Ignored: Blocks[0] is not an object\n"
+            "JSON Parameter Ignored: Blocks[1].Handle is not a text\n"
+            "JSON Parameter Ignored: Blocks[1].Attributes[0] is not an object\n"
+            "tag : NO\n"
+            "JSON Parameter Ignored: Blocks[1].Attributes[1].value is not a text\n");
+  ASSERT_EQ(p.GetWorkspaceBlocks().size(), 1u);
+  EXPECT_EQ(p.GetWorkspaceBlocks()[0].blockName, "Win");
+  ASSERT_EQ(p.GetWorkspaceBlocks()[0].attributes.size(), 1u);
+  EXPECT_EQ(p.GetWorkspaceBlocks()[0].attributes[0].first, "NO");
+  EXPECT_EQ(Utf8(p.GetViewName()), "*Plan*");
 }
 
 }  // namespace

@@ -41,4 +41,13 @@ TEST(OutputNaming, LayoutNumbersHaveAtLeastTwoDigits) {
   EXPECT_EQ(ModelSpaceOutputName(OdString(L"plan")).str(), L"plan__ModelSpace");
 }
 
+TEST(OutputNaming, AnHtmlNameAsksForThePageBesideTheSvgFile) {
+  EXPECT_EQ(SvgNameForPage(OdString(L"out/plan.html")).str(), L"out/plan.svg");
+  EXPECT_EQ(SvgNameForPage(OdString(L"out/Plan \u00e9.HTM")).str(), L"out/Plan \u00e9.svg");
+  EXPECT_EQ(SvgNameForPage(OdString(L"a.b.htm")).str(), L"a.b.svg");
+  EXPECT_TRUE(SvgNameForPage(OdString(L"out/plan.svg")).isEmpty());
+  EXPECT_TRUE(SvgNameForPage(OdString(L"out/plan.html.svg")).isEmpty());
+  EXPECT_TRUE(SvgNameForPage(OdString(L"plan")).isEmpty());
+}
+
 }  // namespace

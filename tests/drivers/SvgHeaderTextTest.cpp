@@ -166,9 +166,16 @@ TEST(SvgWrapperPage, OneRowPerLayerAndTheFixedRows) {
   EXPECT_NE(page.find("  else if (button==\"off\") { // all on\n"), std::string::npos);
 }
 
+TEST(SvgWrapperPage, TheSvgAddressIsPercentEncoded) {
+  std::string page = WrapperPageText("Plan \xC3\xA9 #1?%", "layer_", {});
+  EXPECT_NE(page.find("<title>Plan \xC3\xA9 #1?%</title>"), std::string::npos);
+  EXPECT_NE(page.find("data=\"Plan%20%C3%A9%20%231%3F%25.svg\"/>"), std::string::npos) << page;
+}
+
 TEST(SvgWrapperPage, HostileNamesStayInsideTheirStrings) {
   std::string page = WrapperPageText("a&b", "layer_", {L"x\"y</script>", std::wstring(L"c\x01" L"d")});
   EXPECT_NE(page.find("<title>a&amp;b</title>"), std::string::npos);
+  EXPECT_NE(page.find("data=\"a%26b.svg\"/>"), std::string::npos);
   EXPECT_NE(page.find("\"layer_x&quot;y&lt;/script>\",\n"), std::string::npos);
   EXPECT_EQ(page.find("</script>\","), std::string::npos);
   EXPECT_NE(page.find("\"layer_cd\",\n"), std::string::npos);
