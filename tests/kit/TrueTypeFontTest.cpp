@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <numbers>
 
 #include "kit/gi/OdGiGeometrySimplifier.h"
@@ -230,6 +231,48 @@ TEST_F(TrueTypeFontTest, KerningAndCurvesComeFromTheFont) {
   for (const OdGePoint2d& p : flat) top = std::max(top, p.y);
   EXPECT_GT(top, 1.0) << "O overshoots the cap height";
   EXPECT_LT(top, 1.05);
+}
+
+// Chords of quadratic and cubic segments stay within the deviation of the curve: the curve at
+// the middle parameter of each step lies that close to its chord's midpoint.
+TEST(GlyphFlattening, BezierChordsStayWithinTheDeviation) {
+  auto on = [](double x, double y) { return gi::GlyphVertex{{x, y}, 0.0, false}; };
+  auto off = [](double x, double y) { return gi::GlyphVertex{{x, y}, 0.0, true}; };
+  auto quadratic = [](double t) {
+    double u = 1 - t;
+    return OdGePoint2d(2 * u * t * 1 + t * t * 2, 2 * u * t * 2);
+  };
+  auto cubic = [](double t) {
+    double u = 1 - t;
+    return OdGePoint2d(3 * u * u * t * 0 + 3 * u * t * t * 3 + t * t * t * 3, 3 * u * u * t * 3 + 3 * u * t * t * 3);
+  };
+  struct Case {
+    std::vector<gi::GlyphVertex> stroke;
+    std::function<OdGePoint2d(double)> curve;
+  };
+  for (double deviation : {0.1, 0.01, 0.0005}) {
+    for (const Case& c : {Case{{on(0, 0), off(1, 2), on(2, 0)}, quadratic},
+                          Case{{on(0, 0), off(0, 3), off(3, 3), on(3, 0)}, cubic}}) {
+      std::vector<OdGePoint2d> flat;
+      gi::flattenStroke(c.stroke, deviation, flat);
+      ASSERT_GE(flat.size(), 3u);
+      size_t steps = flat.size() - 1;
+      double worst = 0.0;
+      for (size_t i = 0; i < steps; ++i) {
+        OdGePoint2d mid((flat[i].x + flat[i + 1].x) / 2, (flat[i].y + flat[i + 1].y) / 2);
+        OdGePoint2d onCurve = c.curve((i + 0.5) / double(steps));
+        worst = std::max(worst, std::hypot(mid.x - onCurve.x, mid.y - onCurve.y));
+      }
+      EXPECT_LE(worst, deviation * (1 + 1e-9));
+      EXPECT_GT(worst, deviation / 8) << "not needlessly fine";
+    }
+  }
+  // Lines and arcs between on-curve points are as before.
+  std::vector<OdGePoint2d> flat;
+  gi::flattenStroke({on(0, 0), on(1, 0), gi::GlyphVertex{{1, 1}, 1.0, false}}, 0.01, flat);
+  EXPECT_EQ(flat[1], OdGePoint2d(1, 0));
+  EXPECT_GT(flat.size(), 4u);
+  EXPECT_EQ(flat.back(), OdGePoint2d(1, 1));
 }
 
 TEST_F(TrueTypeFontTest, ArialFileNameFindsTheSameFaceThroughFontconfig) {
