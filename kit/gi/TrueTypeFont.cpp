@@ -92,16 +92,19 @@ TrueTypeFont::~TrueTypeFont() {
 }
 
 double TrueTypeFont::measureCapHeight() const {
+  // A cap height far from the em (a table filled carelessly) would blow texts up or shrink them.
+  double em = face_->units_per_EM;
+  auto plausible = [em](double height) { return height > 0.2 * em && height < 1.5 * em; };
   auto* os2 = static_cast<TT_OS2*>(FT_Get_Sfnt_Table(face_, FT_SFNT_OS2));
-  if (os2 && os2->version != 0xFFFF && os2->version >= 2 && os2->sCapHeight > 0) return os2->sCapHeight;
+  if (os2 && os2->version != 0xFFFF && os2->version >= 2 && plausible(os2->sCapHeight)) return os2->sCapHeight;
   FT_UInt h = glyphIndex(face_, U'H');
   if (h && loadUnscaled(face_, h) && face_->glyph->format == FT_GLYPH_FORMAT_OUTLINE) {
     FT_BBox box;
     FT_Outline_Get_CBox(&face_->glyph->outline, &box);
-    if (box.yMax > 0) return double(box.yMax);
+    if (plausible(double(box.yMax))) return double(box.yMax);
   }
   // Capitals stand at about 0.7 of the em in most Latin fonts.
-  return 0.7 * face_->units_per_EM;
+  return 0.7 * em;
 }
 
 bool TrueTypeFont::glyph(char32_t ch, Glyph& out) const {
