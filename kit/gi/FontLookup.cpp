@@ -240,10 +240,12 @@ struct FontCache {
   // A TrueType style's face: its file along the font path, else its family (the typeface, or the
   // family the file name stands for) among the system's fonts. Null when neither gives one.
   const TrueTypeFont* trueTypeFace(const std::string& fileName, const OdGiTextStyle& style) {
-    std::string path = fileName.empty() ? std::string() : findFontFile(fileName, OdDbHostAppServices::kTrueTypeFontFile);
+    std::string path;
+    if (!fileName.empty()) path = findFontFile(fileName, OdDbHostAppServices::kTrueTypeFontFile);
     if (!path.empty()) return loadTrueType(path);
     std::string typeface = toUtf8(style.typeface().str());
-    FontFamily family = typeface.empty() ? familyOfFontFile(fileName) : FontFamily{typeface, style.isBold(), style.isItalic()};
+    FontFamily family = typeface.empty() ? familyOfFontFile(fileName)
+                                         : FontFamily{typeface, style.isBold(), style.isItalic()};
     path = systemFontFile(family);
     if (path.empty()) {
       warn("TrueType font not found, drawn with a stand-in: " + (fileName.empty() ? typeface : fileName));

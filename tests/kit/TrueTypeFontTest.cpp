@@ -94,7 +94,8 @@ protected:
   }
 
   // The stroked extents of the text placed by its alignment.
-  OdGeExtents3d stroke(const TextData& text, gi::TextRun* placed = nullptr, std::vector<OdGePoint3d>* points = nullptr) {
+  OdGeExtents3d stroke(const TextData& text, gi::TextRun* placed = nullptr,
+                       std::vector<OdGePoint3d>* points = nullptr) {
     OdGiTextStyle style = style_;
     gi::TextRun run = gi::placeText(text, gi::measureText(style, kText), 1.0, 1.0, gi::textDescent(style));
     style.setTextSize(run.height);

@@ -292,7 +292,11 @@ TEST_F(TransformedDrawingTest, TrueTypeTextsStartWhereArialsWidthsPlaceThem) {
     std::vector<OdGePoint2d> points = PolylinePoints(c.layer);
     ASSERT_FALSE(points.empty());
     double right = -HUGE_VAL, top = -HUGE_VAL, bottom = HUGE_VAL;
-    for (const OdGePoint2d& p : points) right = std::max(right, p.x), top = std::max(top, p.y), bottom = std::min(bottom, p.y);
+    for (const OdGePoint2d& p : points) {
+      right = std::max(right, p.x);
+      top = std::max(top, p.y);
+      bottom = std::min(bottom, p.y);
+    }
     EXPECT_NEAR(right, c.inkRight, 1e-6);
     EXPECT_NEAR(top - bottom, 10.0, 1e-6) << "cap height";
   }
