@@ -1,6 +1,7 @@
-// Which font a text style is drawn with, and the run-wide cache of font files: SHX files are found
-// through the host services (font path, ACAD and ACADFONT folders) and read once; LFF files are
-// parsed only when a style needs them as a stand-in.
+// Which font a text style is drawn with, and the run-wide cache of font files: SHX and TrueType
+// files are found through the host services (font path, ACAD and ACADFONT folders) and read once,
+// TrueType families not found there through fontconfig; LFF files are parsed only when a style
+// needs them as a stand-in.
 #include <iconv.h>
 
 #include <algorithm>
@@ -11,6 +12,8 @@
 #include "kit/gi/OdGiTextStyle.h"
 #include "kit/gi/ShxFont.h"
 #include "kit/gi/StrokeFont.h"
+#include "kit/gi/SystemFonts.h"
+#include "kit/gi/TrueTypeFont.h"
 #include "kit/host/OdDbHostAppServices.h"
 #include "kit/host/OdKit.h"
 
@@ -73,11 +76,12 @@ const Glyph* decodedShape(const ShxFont& font, uint32_t number) {
 
 // The path of a font file the host services find, empty when none; without services, the name
 // as given.
-std::string findFontFile(const std::string& name) {
+std::string findFontFile(const std::string& name,
+                         OdDbHostAppServices::FindFileHint hint = OdDbHostAppServices::kCompiledShapeFile) {
   OdString wide(odDecodeUtf8(name.data(), name.size()));
   OdDbHostAppServices* services = odHostAppServices();
   OdDbHostAppServices ownSearch;
-  OdString found = (services ? services : &ownSearch)->findFile(wide, nullptr, OdDbHostAppServices::kCompiledShapeFile);
+  OdString found = (services ? services : &ownSearch)->findFile(wide, nullptr, hint);
   return toUtf8(found.str());
 }
 
@@ -178,6 +182,8 @@ struct FontCache {
   std::map<std::string, std::unique_ptr<StrokeFont>> lff;    // by base name; null = missing
   std::map<std::string, std::unique_ptr<ShxFont>> shx;       // by the name as written, lower case
   std::map<std::string, std::unique_ptr<StrokeFont>> styles; // SHX-based fonts by "font|big font"
+  std::map<std::string, std::unique_ptr<TrueTypeFont>> trueType;     // by path; null = unreadable
+  std::map<std::string, std::unique_ptr<StrokeFont>> trueTypeStyles; // by file, typeface and style
 
   const StrokeFont* loadLff(const std::string& name) {
     auto it = lff.find(name);
@@ -220,6 +226,49 @@ struct FontCache {
     }
     return (shx[key] = std::move(font)).get();
   }
+
+  // The TrueType face in this file, read once; null (with one warning) when unreadable.
+  const TrueTypeFont* loadTrueType(const std::string& path) {
+    auto it = trueType.find(path);
+    if (it != trueType.end()) return it->second.get();
+    std::string error;
+    std::unique_ptr<TrueTypeFont> font = TrueTypeFont::fromFile(path, &error);
+    if (!font) warn("TrueType font unreadable (" + error + "), drawn with a stand-in: " + path);
+    return (trueType[path] = std::move(font)).get();
+  }
+
+  // A TrueType style's face: its file along the font path, else its family (the typeface, or the
+  // family the file name stands for) among the system's fonts. Null when neither gives one.
+  const TrueTypeFont* trueTypeFace(const std::string& fileName, const OdGiTextStyle& style) {
+    std::string path;
+    if (!fileName.empty()) path = findFontFile(fileName, OdDbHostAppServices::kTrueTypeFontFile);
+    if (!path.empty()) return loadTrueType(path);
+    std::string typeface = toUtf8(style.typeface().str());
+    FontFamily family = typeface.empty() ? familyOfFontFile(fileName)
+                                         : FontFamily{typeface, style.isBold(), style.isItalic()};
+    path = systemFontFile(family);
+    if (path.empty()) {
+      warn("TrueType font not found, drawn with a stand-in: " + (fileName.empty() ? typeface : fileName));
+      return nullptr;
+    }
+    return loadTrueType(path);
+  }
+
+  // The style's TrueType font as glyphs in text heights; null when it has no readable face.
+  const StrokeFont* trueTypeFor(const std::string& fileName, const OdGiTextStyle& style) {
+    std::string key = lowerCase(fileName) + "|" + lowerCase(toUtf8(style.typeface().str())) + "|" +
+                      char('0' + style.isBold()) + char('0' + style.isItalic());
+    auto it = trueTypeStyles.find(key);
+    if (it != trueTypeStyles.end()) return it->second.get();
+    std::unique_ptr<StrokeFont> glyphs;
+    if (const TrueTypeFont* face = trueTypeFace(fileName, style)) {
+      glyphs = StrokeFont::fromLoader([face](char32_t ch, Glyph& out) { return face->glyph(ch, out); },
+                                      face->spaceAdvance(),
+                                      [face](char32_t left, char32_t right) { return face->kerning(left, right); },
+                                      face->descent());
+    }
+    return (trueTypeStyles[key] = std::move(glyphs)).get();
+  }
 };
 
 FontCache& cache() {
@@ -252,7 +301,11 @@ const StrokeFont* strokeFontFor(const OdGiTextStyle& style) {
   FontCache& fonts = cache();
   std::string fontName = toUtf8(style.fileName().str());
   std::string bigName = toUtf8(style.bigFontFileName().str());
-  if (style.isTtfFont() || !isShxName(fontName)) return fonts.standIn(fontName);
+  if (style.isTtfFont()) {
+    const StrokeFont* trueType = fonts.trueTypeFor(fontName, style);
+    return trueType ? trueType : fonts.standIn(fontName);
+  }
+  if (!isShxName(fontName)) return fonts.standIn(fontName);
   std::string key = lowerCase(fontName) + "|" + lowerCase(bigName);
   auto it = fonts.styles.find(key);
   if (it != fonts.styles.end()) return it->second ? it->second.get() : fonts.standIn(fontName);
@@ -280,15 +333,16 @@ const ShxFont* shapeFileFor(const std::string& fileName) {
   return cache().loadShx(fileName, "shape file");
 }
 
-double measureText(const OdGiTextStyle& style, const std::u32string& chars) {
-  const StrokeFont* font = strokeFontFor(style);
+double runAdvance(const StrokeFont* font, const std::u32string& chars) {
   double width = 0.0;
-  for (char32_t ch : chars) {
+  for (size_t i = 0; i < chars.size(); ++i) {
+    char32_t ch = chars[i];
     const Glyph* glyph = font ? font->glyph(ch) : nullptr;
     if (!glyph && font && ch != U' ') {
       if (const StrokeFont* fallback = fallbackStrokeFont()) glyph = fallback->glyph(ch);
     }
     width += glyph ? glyph->advance : (font ? font->wordSpacing() : 0.6);
+    if (font && i + 1 < chars.size()) width += font->kerning(ch, chars[i + 1]);
   }
   // The spacing after the last glyph is not part of the text's extent.
   if (font && !chars.empty()) {
@@ -296,6 +350,15 @@ double measureText(const OdGiTextStyle& style, const std::u32string& chars) {
     if (last && !last->strokes.empty()) width -= last->advance - glyphRight(*last);
   }
   return width;
+}
+
+double measureText(const OdGiTextStyle& style, const std::u32string& chars) {
+  return runAdvance(strokeFontFor(style), chars);
+}
+
+double textDescent(const OdGiTextStyle& style) {
+  const StrokeFont* font = strokeFontFor(style);
+  return font ? font->descent() : 1.0 / 3.0;
 }
 
 }  // namespace gi

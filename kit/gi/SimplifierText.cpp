@@ -1,8 +1,8 @@
-// Texts broken into the strokes of a stroke font: each glyph's lines and arcs are placed along
-// the text's direction and up vectors; under- and overlines are drawn as lines.
+// Texts broken into the strokes of a stroke font: each glyph's lines, arcs and outline curves are
+// placed along the text's direction and up vectors, glyph pairs kerned as the font says; under- and
+// overlines are drawn as lines.
 #include <cmath>
 
-#include "kit/gi/GiTessellation.h"
 #include "kit/gi/OdGiGeometrySimplifier.h"
 #include "kit/gi/StrokeFont.h"
 #include "kit/gi/TextCodes.h"
@@ -39,12 +39,10 @@ void OdGiGeometrySimplifier::textProc(const OdGePoint3d& position, const OdGeVec
     const gi::DecodedChar& c = chars[i];
     const gi::Glyph* glyph = glyphFor(font, c.ch);
     double advance = glyph ? glyph->advance : spaceAdvance;
+    if (i + 1 < chars.size() && font) advance += font->kerning(c.ch, chars[i + 1].ch);
     if (glyph) {
       for (const auto& stroke : glyph->strokes) {
-        flat.assign(1, stroke.front().point);
-        for (size_t k = 1; k < stroke.size(); ++k) {
-          gi::tessellateBulge(stroke[k - 1].point, stroke[k].point, stroke[k].bulge, glyphDeviation, flat);
-        }
+        gi::flattenStroke(stroke, glyphDeviation, flat);
         points.clear();
         for (const OdGePoint2d& p : flat) points.push_back(at(cursor + p.x, p.y));
         polylineOut(int32_t(points.size()), points.data());

@@ -145,10 +145,13 @@ const Glyph* StrokeFont::parseLffGlyph(char32_t ch, int depth) const {
 
 const Glyph* StrokeFont::glyph(char32_t ch) const { return parseLffGlyph(ch, 0); }
 
-std::unique_ptr<StrokeFont> StrokeFont::fromLoader(GlyphLoader loader, double wordSpacing) {
+std::unique_ptr<StrokeFont> StrokeFont::fromLoader(GlyphLoader loader, double wordSpacing, Kerning kerning,
+                                                  double descent) {
   auto font = std::make_unique<StrokeFont>();
   font->loader_ = std::move(loader);
   font->wordSpacing_ = wordSpacing;
+  font->kerning_ = std::move(kerning);
+  font->descent_ = descent;
   return font;
 }
 

@@ -1,7 +1,7 @@
-// Drawings whose block references scale, mirror, nest and clip their curves, and raster images
-// turned, mirrored, clipped and hidden: vectorized into the recording driver and read back in
-// world coordinates. The drawings are written by tools/make_transform_test_dxf.py, one case per
-// layer.
+// Drawings whose block references scale, mirror, nest and clip their curves, raster images
+// turned, mirrored, clipped and hidden, and TrueType texts in each alignment: vectorized into the
+// recording driver and read back in world coordinates. The drawings are written by
+// tools/make_transform_test_dxf.py and tools/make_ttf_text_dxf.py, one case per layer.
 #include <FreeImage.h>
 
 #include <algorithm>
@@ -11,6 +11,8 @@
 
 #include "RecordingDriver.h"
 #include "kit/dxf/DxfReader.h"
+#include "kit/gi/OdGiTextStyle.h"
+#include "kit/gi/StrokeFont.h"
 #include "kit/gs/OdGsLayoutHelper.h"
 #include "vectorizer/ExGsSimpleDevice.h"
 
@@ -24,8 +26,9 @@ std::filesystem::path Drawing(const char* name) {
 class TransformedDrawingTest : public VectorizerTest {
 protected:
   // Vectorizes the model space with the world window (-300, -300) .. (400, 300).
-  void Vectorize(const std::filesystem::path& file) {
+  void Vectorize(const std::filesystem::path& file, bool strokeAllText = false) {
     driver_ = &UseDriver();
+    driver_->strokeAllText = strokeAllText;
     driver_->SetInputFileName(OdString(file.string().c_str()));
     driver_->SetOutputFileName(OdString((Scratch() / "out.svg").string().c_str()));
     db_ = readDxfFile(file.string());
@@ -248,6 +251,55 @@ TEST_F(RasterDrawingTest, HiddenImageDrawsNothing) {
   EXPECT_TRUE(On(L"IMG_HIDDEN", &DrvColorGroup::polylines).empty());
   EXPECT_EQ(driver_->Images().size(), 5u);
   EXPECT_TRUE(driver_->Polylines().empty()) << "shown pictures have no frame line";
+}
+
+// Written as text, each record starts where the run placed with Arial's widths starts; stroked,
+// the glyph outlines end on the alignment point.
+TEST_F(TransformedDrawingTest, TrueTypeTextsStartWhereArialsWidthsPlaceThem) {
+  OdGiTextStyle arial;
+  arial.setFileName(OdString(L"arial.ttf"));
+  const double width = gi::measureText(arial, U"HAVE") * 10.0;
+  ASSERT_GT(width, 30.0) << "Arial's HAVE is over three heights wide; the stroke font's is not";
+  struct Case {
+    const wchar_t* layer;
+    OdGePoint2d start;   // of the run, where the record goes
+    double inkRight;     // where the stroked glyphs end
+  };
+  const Case cases[] = {
+      {L"LEFT", {0, 0}, width},
+      {L"RIGHT", {100 - width, 50}, 100},
+      {L"CENTER", {100 - width / 2, 100}, 100 + width / 2},
+      {L"MIDDLE", {100 - width / 2, 195}, 100 + width / 2},
+      {L"FIT", {0, 150}, 100},
+      {L"TOP_RIGHT", {100 - width, 290}, 100},
+  };
+  Vectorize(Drawing("truetype_texts.dxf"));
+  for (const Case& c : cases) {
+    SCOPED_TRACE(OdAnsiString(OdString(c.layer)).c_str());
+    std::vector<DrvText> texts;
+    for (const DrvText& t : driver_->Texts()) {
+      if (t.layerName == OdString(c.layer)) texts.push_back(t);
+    }
+    ASSERT_EQ(texts.size(), 1u);
+    OdGePoint2d start = World(texts[0].position);
+    EXPECT_NEAR(start.x, c.start.x, 1e-6);
+    EXPECT_NEAR(start.y, c.start.y, 1e-6);
+  }
+  Vectorize(Drawing("truetype_texts.dxf"), true);
+  EXPECT_TRUE(driver_->Texts().empty());
+  for (const Case& c : cases) {
+    SCOPED_TRACE(OdAnsiString(OdString(c.layer)).c_str());
+    std::vector<OdGePoint2d> points = PolylinePoints(c.layer);
+    ASSERT_FALSE(points.empty());
+    double right = -HUGE_VAL, top = -HUGE_VAL, bottom = HUGE_VAL;
+    for (const OdGePoint2d& p : points) {
+      right = std::max(right, p.x);
+      top = std::max(top, p.y);
+      bottom = std::min(bottom, p.y);
+    }
+    EXPECT_NEAR(right, c.inkRight, 1e-6);
+    EXPECT_NEAR(top - bottom, 10.0, 1e-6) << "cap height";
+  }
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ void drawTextRun(GiRegenContext& ctx, const TextData& text, const std::string& c
   OdGiTextStyle giStyle = ctx.textStyleOf(style, defaultHeight, defaultWidth, text.oblique);
   std::u32string chars;
   for (const DecodedChar& c : decodeTextCodes(utf8ToU32(content), false)) chars += c.ch;
-  TextRun run = placeText(text, measureText(giStyle, chars), defaultHeight, defaultWidth);
+  TextRun run = placeText(text, measureText(giStyle, chars), defaultHeight, defaultWidth, textDescent(giStyle));
   if (!(run.height > 0.0)) return;
   giStyle.setTextSize(run.height);
   giStyle.setXScale(run.widthFactor);

@@ -5,14 +5,8 @@
 
 namespace gi {
 
-namespace {
-
-// Below the baseline, the part of the height that "bottom" alignment leaves for descenders.
-constexpr double kDescent = 1.0 / 3.0;
-
-}  // namespace
-
-TextRun placeText(const TextData& text, double advance, double defaultHeight, double defaultWidthFactor) {
+TextRun placeText(const TextData& text, double advance, double defaultHeight, double defaultWidthFactor,
+                  double descent) {
   TextRun run;
   double height = text.height > 0.0 && std::isfinite(text.height) ? text.height : defaultHeight;
   double widthFactor = text.widthFactor > 0.0 && std::isfinite(text.widthFactor) ? text.widthFactor : defaultWidthFactor;
@@ -49,7 +43,7 @@ TextRun placeText(const TextData& text, double advance, double defaultHeight, do
     dx = -width / 2;
     dy = -height / 2;
   } else if (h != TextData::kAligned && h != TextData::kFit) {
-    if (v == TextData::kBottom) dy = height * kDescent;
+    if (v == TextData::kBottom) dy = height * (descent >= 0.0 && std::isfinite(descent) ? descent : 1.0 / 3.0);
     if (v == TextData::kMiddleV) dy = -height / 2;
     if (v == TextData::kTop) dy = -height;
   }

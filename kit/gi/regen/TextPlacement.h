@@ -16,7 +16,9 @@ struct TextRun {
 };
 
 // `advance` is the text's width in heights at width factor 1. `defaultHeight` stands in for a
-// zero height.
-TextRun placeText(const TextData& text, double advance, double defaultHeight, double defaultWidthFactor);
+// zero height. `descent` (in heights) is how far below the baseline "bottom" alignment puts the
+// point: the font's descender for TrueType fonts.
+TextRun placeText(const TextData& text, double advance, double defaultHeight, double defaultWidthFactor,
+                  double descent = 1.0 / 3.0);
 
 }  // namespace gi
