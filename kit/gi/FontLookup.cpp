@@ -316,7 +316,11 @@ const StrokeFont* strokeFontFor(const OdGiTextStyle& style) {
     const StrokeFont* standIn = regular ? nullptr : fonts.standIn(fontName);
     const Glyph* space = regular ? regular->shape(32) : nullptr;
     double wordSpacing = standIn ? standIn->wordSpacing() : space ? space->advance / regular->unitsPerHeight() : 0.5;
-    combined = StrokeFont::fromLoader(ShxGlyphs(regular, big, baseName(bigName), standIn), wordSpacing);
+    // Bottom-aligned text hangs by the depth the font declares below its baseline.
+    double descent = regular && regular->above() > 0.0 ? regular->below() / regular->above()
+                         : standIn ? standIn->descent() : 1.0 / 3.0;
+    combined = StrokeFont::fromLoader(ShxGlyphs(regular, big, baseName(bigName), standIn), wordSpacing, {},
+                                      descent);
   }
   const StrokeFont* result = combined.get();
   fonts.styles[key] = std::move(combined);

@@ -271,38 +271,78 @@ struct StrokeSink : OdGiGeometrySimplifier {
   }
 };
 
-TEST(ShxFont, TextHeightIsTheCapHeightAndRightAlignmentMeetsThePoint) {
+// Every alignment of a TEXT in iso3098: the capitals are one text height tall, the run's stroked
+// ends meet its points, and bottom-aligned text hangs by the depth the font declares.
+TEST(ShxFont, EveryAlignmentMeetsItsPointWithTheFontsHeight) {
   OdGiTextStyle style;
   style.setFileName(OdString(odDecodeUtf8(kFonts.data(), kFonts.size()) + L"iso3098.shx"));
   const gi::StrokeFont* font = gi::strokeFontFor(style);
   ASSERT_TRUE(font);
   ASSERT_TRUE(font->glyph(U'H'));
   ASSERT_EQ(font, gi::strokeFontFor(style)) << "read once";
-  for (int mode : {TextData::kLeft, TextData::kCenter, TextData::kRight}) {
-    SCOPED_TRACE(mode);
+  std::string error;
+  auto shx = gi::ShxFont::fromFile(kFonts + "iso3098.shx", &error);
+  ASSERT_TRUE(shx) << error;
+  const double h = 2.5, depth = h * shx->below() / shx->above();
+  // The font declares 32 units above the baseline; its capitals stand from 4 to 32, and H's stem
+  // is 9 units right of its origin.
+  const double stem = h * 9 / 32;
+  const OdGePoint3d first(0, 0, 0), second(100, 20, 0);
+  using T = TextData;
+  struct Case {
+    int horizontal, vertical;
+    double baseline;  // where the run's baseline must lie
+  };
+  const Case cases[] = {
+      {T::kLeft, T::kBaseline, first.y},      {T::kCenter, T::kBaseline, second.y},
+      {T::kRight, T::kBaseline, second.y},    {T::kMiddle, T::kBaseline, second.y - h / 2},
+      {T::kLeft, T::kTop, second.y - h},      {T::kCenter, T::kTop, second.y - h},
+      {T::kRight, T::kTop, second.y - h},     {T::kLeft, T::kMiddleV, second.y - h / 2},
+      {T::kCenter, T::kMiddleV, second.y - h / 2}, {T::kRight, T::kMiddleV, second.y - h / 2},
+      {T::kLeft, T::kBottom, second.y + depth}, {T::kCenter, T::kBottom, second.y + depth},
+      {T::kRight, T::kBottom, second.y + depth},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.horizontal) + "/" + std::to_string(c.vertical));
     TextData text;
-    text.height = 2.5;
-    text.horizontalMode = int16_t(mode);
-    text.position = {0, 0, 0};
-    text.alignmentPoint = {100, 20, 0};
-    text.hasAlignmentPoint = mode != TextData::kLeft;
-    const char32_t* content = U"HEH";
-    gi::TextRun run = gi::placeText(text, gi::measureText(style, content), 2.5, 1.0);
+    text.height = h;
+    text.horizontalMode = int16_t(c.horizontal);
+    text.verticalMode = int16_t(c.vertical);
+    text.position = first;
+    text.alignmentPoint = second;
+    text.hasAlignmentPoint = !(c.horizontal == T::kLeft && c.vertical == T::kBaseline);
+    gi::TextRun run = gi::placeText(text, gi::measureText(style, U"HEH"), h, 1.0, gi::textDescent(style));
     StrokeSink sink;
     sink.textProc(run.start, run.direction, run.up, L"HEH", 3, false, &style);
     ASSERT_TRUE(sink.extents.isValidExtents());
-    // The font declares 32 units above the baseline; its capitals stand from 4 to 32.
-    double baseline = mode == TextData::kLeft ? 0.0 : 20.0;
-    EXPECT_NEAR(sink.extents.maxPoint.y - baseline, 2.5, 1e-9) << "cap height";
-    EXPECT_NEAR(sink.extents.minPoint.y - baseline, 2.5 * 4 / 32, 1e-9);
-    double left = sink.extents.minPoint.x, right = sink.extents.maxPoint.x;
-    // H's stem is 9 units right of its origin.
-    if (mode == TextData::kLeft) {
-      EXPECT_NEAR(left, 2.5 * 9 / 32, 1e-9);
-    } else if (mode == TextData::kCenter) {
-      EXPECT_NEAR((left + right) / 2, 100.0, 2.5 * 9 / 32);
+    EXPECT_NEAR(sink.extents.maxPoint.y, c.baseline + h, 1e-9) << "cap height";
+    EXPECT_NEAR(sink.extents.minPoint.y, c.baseline + h * 4 / 32, 1e-9);
+    const double left = sink.extents.minPoint.x, right = sink.extents.maxPoint.x;
+    const double anchor = text.hasAlignmentPoint ? second.x : first.x;
+    if (c.horizontal == T::kLeft) {
+      EXPECT_NEAR(left, anchor + stem, 1e-9);
+    } else if (c.horizontal == T::kRight) {
+      EXPECT_NEAR(right, anchor, 1e-9);
     } else {
-      EXPECT_NEAR(right, 100.0, 1e-9);
+      EXPECT_NEAR((left + right) / 2, anchor, stem);
+    }
+  }
+  // Aligned and fit texts run from the first point to the second.
+  for (int mode : {T::kAligned, T::kFit}) {
+    SCOPED_TRACE(mode);
+    TextData text;
+    text.height = h;
+    text.horizontalMode = int16_t(mode);
+    text.position = first;
+    text.alignmentPoint = {60, 0, 0};
+    text.hasAlignmentPoint = true;
+    gi::TextRun run = gi::placeText(text, gi::measureText(style, U"HEH"), h, 1.0, gi::textDescent(style));
+    StrokeSink sink;
+    sink.textProc(run.start, run.direction, run.up, L"HEH", 3, false, &style);
+    EXPECT_NEAR(sink.extents.maxPoint.x, 60.0, 1e-9);
+    EXPECT_NEAR(sink.extents.maxPoint.y, mode == T::kFit ? h : run.height, 1e-9);
+    if (mode == T::kAligned) {
+      EXPECT_GT(run.height, h) << "a long span makes aligned text taller";
     }
   }
 }
