@@ -23,6 +23,16 @@ double ConstantWidth(const Entity& entity) {
   return 0.0;
 }
 
+// How much the entity's own lengths grow on their way to the sink: a width given in the entity's
+// units is drawn at this many output units per unit (the mean of the two plane axes, so a block
+// scaled unevenly still gets one width).
+double OutputLengthScale(const OdGeMatrix3d& blockToOutput) {
+  OdGeVector3d x = blockToOutput.transform(OdGeVector3d(1.0, 0.0, 0.0));
+  OdGeVector3d y = blockToOutput.transform(OdGeVector3d(0.0, 1.0, 0.0));
+  double scale = std::sqrt(x.crossProduct(y).length());
+  return std::isfinite(scale) ? scale : 0.0;
+}
+
 void MarkCircle(double radius) {
   g_EntityDrawState.circleCandidate = 1;
   g_EntityDrawState.circleRadius = std::fabs(radius);
@@ -30,7 +40,7 @@ void MarkCircle(double radius) {
 
 }  // namespace
 
-void ApplyFillRules(const Entity& entity) {
+void ApplyFillRules(const EntityRuleInput& input, const Entity& entity) {
   EntityDrawState& s = g_EntityDrawState;
   if (IsFilledKind(entity)) s.forceFill = 1;
   // Every entity starts unfilled (as its traits do); the traits update fills what asks for it.
@@ -51,7 +61,8 @@ void ApplyFillRules(const Entity& entity) {
     }
     default: break;
   }
-  double width = ConstantWidth(entity);
+  // A constant width is geometry: it reaches the driver in output units, as the points do.
+  double width = ConstantWidth(entity) * OutputLengthScale(input.blockToOutput);
   if (width > 0.0) {
     s.lineWidth = width;
     s.widthIsGeometric = 1;

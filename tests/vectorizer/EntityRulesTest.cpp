@@ -128,6 +128,15 @@ TEST_F(EntityRulesTest, EntityKindsSetFillCircleAndWidth) {
   Draw(wide);
   EXPECT_EQ(g_EntityDrawState.lineWidth, 0.5);
   EXPECT_EQ(g_EntityDrawState.widthIsGeometric, 1);
+  // The width reaches the sink in output units, as the points do: here 40 units per drawing unit,
+  // and a block scaled 2 by 8 draws it at their mean.
+  input.blockToOutput = OdGeMatrix3d::scaling(40, 40, 1);
+  Draw(wide);
+  EXPECT_DOUBLE_EQ(g_EntityDrawState.lineWidth, 20.0);
+  input.blockToOutput = OdGeMatrix3d::scaling(2, 8, 1);
+  Draw(wide);
+  EXPECT_DOUBLE_EQ(g_EntityDrawState.lineWidth, 2.0);
+  input.blockToOutput = OdGeMatrix3d();
 
   HatchEntity hatch;
   hatch.solidFill = true;
