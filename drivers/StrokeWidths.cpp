@@ -38,8 +38,8 @@ double TRANS_BASE2::LargestStrokeWidth() const {
 }
 
 TRANS_BASE2::StrokeWidth TRANS_BASE2::CollectedStrokeWidth(int widthIsGeometric, double lineWidth) const {
-  // Nothing drawable (not a number, none, or negative) is drawn at the thinnest width.
-  if (!(lineWidth > 0.0)) return {0.0, 0, false};
+  // No usable width (none, negative, not a number, infinite) draws at the thinnest width.
+  if (!(lineWidth > 0.0) || !std::isfinite(lineWidth)) return {0.0, 0, false};
   if (widthIsGeometric) {
     // Wider than the page helps no one: the stroke still covers all of it.
     double width = std::min(lineWidth * std::fabs(m_unitScale), LargestStrokeWidth());
