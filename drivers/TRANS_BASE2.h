@@ -570,9 +570,10 @@ public:
   // The width of a stroke as the vectorizer gives it: a line weight in hundredths of a millimetre,
   // or, when widthIsGeometric, a width in output units.
   StrokeWidth CollectedStrokeWidth(int widthIsGeometric, double lineWidth) const;
-  // Output units per millimetre of the page plotted to fit an A-size sheet (1 without a page).
+  // Output units per millimetre when the device window (the drawing size set for the view) is
+  // plotted to fit an A-size sheet; 1 while no drawing size is set.
   double OutputUnitsPerSheetMillimetre() const;
-  // The page's larger side in output units: no stroke is drawn wider.
+  // The device window's larger side in output units: no stroke is drawn wider.
   double LargestStrokeWidth() const;
 
 protected:
