@@ -22,19 +22,6 @@ OdString upperCopy(const OdString& text) {
   return copy;
 }
 
-// Width as the vectorizer gives it: a geometric width, or a line weight in hundredths of a millimetre.
-struct WidthArgs {
-  double width;
-  int lineWeight;
-  bool absolute;
-};
-
-WidthArgs widthArgs(int widthIsGeometric, double lineWidth) {
-  if (!std::isfinite(lineWidth)) lineWidth = 0.0;
-  if (widthIsGeometric) return {lineWidth, 0, true};
-  return {lineWidth, lineWidth > 0.0 && lineWidth < 1e9 ? static_cast<int>(lineWidth) : 0, false};
-}
-
 double polygonArea(const std::vector<OdGePoint2d>& points) {
   double twice = 0.0;
   for (std::size_t i = 0, j = points.size() - 1; i < points.size(); j = i++)
@@ -258,7 +245,7 @@ int TRANS_BASE2::DrawLine(const OdString& lineTypeName, bool, int widthIsGeometr
     record.end = {x2 * m_unitScale, y2 * m_unitScale};
     ExtendExtents(record.start.x, record.start.y);
     ExtendExtents(record.end.x, record.end.y);
-    WidthArgs w = widthArgs(widthIsGeometric, lineWidth);
+    StrokeWidth w = CollectedStrokeWidth(widthIsGeometric, lineWidth);
     AddLine(record, lineTypeName, w.width, w.lineWeight, w.absolute);
     return 1;
   } catch (...) {
@@ -304,7 +291,7 @@ int TRANS_BASE2::DrawPolyline(const std::vector<OdGePoint2d>& points, bool fille
     record.closedKind = closed ? 1 : 0;
     record.area = closed ? polygonArea(record.points) : 0.0;
     record.pathStyle = pathStyle;
-    WidthArgs w = widthArgs(widthIsGeometric, lineWidth);
+    StrokeWidth w = CollectedStrokeWidth(widthIsGeometric, lineWidth);
     AddPolyline(record, lineTypeName, w.width, w.lineWeight, w.absolute);
     return 1;
   } catch (...) {
@@ -330,7 +317,7 @@ int TRANS_BASE2::DrawArc(const OdString& lineTypeName, bool, int widthIsGeometri
     PolarPoint(record.center.x, record.center.y, endAngle, record.radius, record.end.x, record.end.y);
     ExtendExtents(record.center.x - record.radius, record.center.y - record.radius);
     ExtendExtents(record.center.x + record.radius, record.center.y + record.radius);
-    WidthArgs w = widthArgs(widthIsGeometric, lineWidth);
+    StrokeWidth w = CollectedStrokeWidth(widthIsGeometric, lineWidth);
     AddArc(record, lineTypeName, w.width, w.lineWeight, w.absolute);
     return 1;
   } catch (...) {
@@ -353,7 +340,7 @@ int TRANS_BASE2::DrawCircle(bool filled, const OdString& lineTypeName, bool, int
     record.filled = filled;
     ExtendExtents(record.center.x - record.radiusX, record.center.y - record.radiusY);
     ExtendExtents(record.center.x + record.radiusX, record.center.y + record.radiusY);
-    WidthArgs w = widthArgs(widthIsGeometric, lineWidth);
+    StrokeWidth w = CollectedStrokeWidth(widthIsGeometric, lineWidth);
     AddEntity(record, lineTypeName, w.width, w.lineWeight, w.absolute);
     return 1;
   } catch (...) {
@@ -383,7 +370,7 @@ int TRANS_BASE2::DrawEllipse(bool filled, const OdString& lineTypeName, bool, in
     double reach = std::max(record.radiusX, record.radiusY);
     ExtendExtents(record.center.x - reach, record.center.y - reach);
     ExtendExtents(record.center.x + reach, record.center.y + reach);
-    WidthArgs w = widthArgs(widthIsGeometric, lineWidth);
+    StrokeWidth w = CollectedStrokeWidth(widthIsGeometric, lineWidth);
     AddEntity(record, lineTypeName, w.width, w.lineWeight, w.absolute);
     return 1;
   } catch (...) {

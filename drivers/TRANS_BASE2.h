@@ -53,9 +53,9 @@ struct DrvStroke {
   bool hasWidth = false;          // width (or line weight) > 0
   OdString lineTypeName;          // as the vectorizer named it ("CONTINUOUS" when solid)
   double lineTypeScale = 1.0;     // always 1.0: dashes arrive already cut by the kit
-  double width = 0.0;             // geometric width, or the line weight when absoluteWidth is false
-  int lineWeight = 0;             // line-weight index (0 for geometric widths)
-  bool absoluteWidth = false;     // width is a geometric width in drawing units
+  double width = 0.0;             // hundredths of an output unit (see CollectedStrokeWidth)
+  int lineWeight = 0;             // line-weight index: the line weight in 1/100 mm (0 for geometric widths)
+  bool absoluteWidth = false;     // width is in drawing units and still to be scaled by the writer
   int colorIndex = 7;
   std::string handle;             // entity handle as hexadecimal text; may be empty
   bool hasHandle = false;         // the record's layer writes handles
@@ -560,6 +560,23 @@ public:
   void LinkRoomLabels();
   bool IsRoomLayer(const OdString& layerName) const;
   bool IsTextLayer(const OdString& layerName) const;
+
+  // A stroke width as collected: hundredths of an output unit, the line-weight index, and whether
+  // the writer must still scale it from drawing units.
+  struct StrokeWidth {
+    double width;
+    int lineWeight;
+    bool absolute;
+  };
+  // ---- Stroke widths (StrokeWidths.cpp) ----
+  // The width of a stroke as the vectorizer gives it: a line weight in hundredths of a millimetre,
+  // or, when widthIsGeometric, a width in output units.
+  StrokeWidth CollectedStrokeWidth(int widthIsGeometric, double lineWidth) const;
+  // Output units per millimetre when the device window (the drawing size set for the view) is
+  // plotted to fit an A-size sheet; 1 while no drawing size is set.
+  double OutputUnitsPerSheetMillimetre() const;
+  // The device window's larger side in output units: no stroke is drawn wider.
+  double LargestStrokeWidth() const;
 
 protected:
   // Stored colour group for the current colour, made current; null on failure.

@@ -13,7 +13,7 @@ struct EntityDrawState {
   double lineTypeScale = 1.0;
   uint8_t isContinuous = 1;
   uint8_t lineTypeKnown = 0;
-  double lineWidth = 0.0;        // a line weight, or a geometric width when widthIsGeometric
+  double lineWidth = 0.0;        // a line weight (1/100 mm), or a width in output units when widthIsGeometric
   int32_t widthIsGeometric = 0;
 
   // Set by every conveyor operation before its points reach the dumper.

@@ -45,7 +45,7 @@ void ApplyHandleAndHyperlinkRules(const EntityRuleInput& input, const Entity& en
 void ApplyRoomLabelRules(const Entity& entity);
 // True when a node group was opened for the entity (to be closed after it is drawn).
 bool ApplyBlockRules(const EntityRuleInput& input, const Entity& entity);
-void ApplyFillRules(const Entity& entity);
+void ApplyFillRules(const EntityRuleInput& input, const Entity& entity);
 void ApplyRasterRules(const EntityRuleInput& input, const Entity& entity);
 void ApplyOleFrameRules(const Entity& entity);
 // Field texts, percentage watermark positions and multi-line attributes; false when unchanged.

@@ -16,7 +16,7 @@ bool DrawWithEntityRules(const EntityRuleInput& input, const Entity& entity,
     ApplyHandleAndHyperlinkRules(input, entity);
     ApplyRoomLabelRules(entity);
     groupOpened = ApplyBlockRules(input, entity);
-    ApplyFillRules(entity);
+    ApplyFillRules(input, entity);
     ApplyRasterRules(input, entity);
     ApplyOleFrameRules(entity);
     RewriteEntityText(input, entity, rewritten);

@@ -64,19 +64,24 @@ bool DrawDetectedCircle(TRANS_BASE2& driver, int32_t numPoints, const OdGePoint3
       c(points[2 * numPoints / 3].x, points[2 * numPoints / 3].y);
   if (!circleThroughPoints(a, b, c, center, r, normal) || !(r > 0.0)) return false;
   if (!IsWholeRoundCircle(numPoints, points, center, r)) return false;
-  // The entity's width is in drawing units; the points are in output units.
-  double scale = s.circleRadius > 0.0 ? r / s.circleRadius : 1.0;
-  double w = s.lineWidth;
+  // A line weight is no geometry: the circle keeps its radius and its weight, as a native one does.
+  if (!s.widthIsGeometric && !s.fillOn) {
+    driver.DrawCircle(false, s.lineTypeName, s.isContinuous, 0, center.x, center.y, r, s.lineTypeScale, s.lineWidth);
+    s.circleCandidate = 0;
+    return true;
+  }
+  // A geometric width arrives in output units, as the points do.
+  double w = s.widthIsGeometric ? s.lineWidth : 0.0;
   if (driver.GetFormatCode() == 1016) w *= kSvgWidthFactor;
-  double ringRadius = r - std::fabs(w * scale / 2);
-  // A ring as wide as the circle (or wider, once scaled) is a disk: never a circle of no radius.
+  double ringRadius = r - std::fabs(w / 2);
+  // A ring as wide as the circle is a disk: never a circle of no radius.
   if (w >= r || s.fillOn || !(ringRadius > 0.0)) {
     s.lineWidth = 0.0;
     driver.DrawCircle(true, L"CONTINUOUS", true, 1, center.x, center.y, r, 1.0, 0.0);
   } else {
     // A ring drawn on its centre line with the ring's full width.
     driver.DrawCircle(false, s.lineTypeName, s.isContinuous, s.widthIsGeometric, center.x, center.y, ringRadius,
-                      s.lineTypeScale, 2 * w * scale);
+                      s.lineTypeScale, 2 * w);
   }
   s.circleCandidate = 0;
   return true;

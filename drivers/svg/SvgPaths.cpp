@@ -15,8 +15,9 @@
 
 namespace {
 
-// Line weights arrive in hundredths of a millimetre (index 0..211, up to AutoCAD's 2.11 mm); the
-// table turns each into millimetres.
+// One entry per line weight (index 0..211, up to 2.11 mm). Widths are collected in hundredths of an
+// output unit, line weights already plotted to the page's scale, so every entry turns hundredths
+// into whole units: line weights keep their proportions and geometric widths their size.
 constexpr int kLineWeightCount = 212;
 constexpr double kLineWeightFactor = 0.01;
 constexpr double kLargestLineWeightFactor = 0.1;
@@ -26,6 +27,8 @@ constexpr double kAbsoluteWidthFactor = 2.0506;
 constexpr double kFixedWidth = 0.2;
 // Longer polylines always get an element of their own.
 constexpr std::size_t kMergeablePoints = 999;
+
+double LineWeightTableEntry(int) { return kLineWeightFactor; }
 
 std::string Attribute(const std::string& text) { return XmlText(text, XmlEscapeMode::kAttribute); }
 
@@ -50,7 +53,7 @@ void DRAWSVG::SelectColourGroup(int colorIndex) {
   m_colourKey = m_namedColour ? m_colourClass : std::to_string(colorIndex);
 }
 
-double DRAWSVG::GetViewLineWeight() { return kLineWeightFactor; }
+double DRAWSVG::GetViewLineWeight() { return LineWeightTableEntry(0); }
 
 double DRAWSVG::GetStrokeWidth(double width, int lineWeightIndex, bool absolute) {
   if (absolute && m_svgScale > 1.0) {
@@ -58,7 +61,7 @@ double DRAWSVG::GetStrokeWidth(double width, int lineWeightIndex, bool absolute)
     return m_minLineWidth > v ? m_minLineWidth : v;
   }
   if (lineWeightIndex < 0 || lineWeightIndex >= kLineWeightCount) lineWeightIndex = 0;
-  double t = std::min(kLineWeightFactor, kLargestLineWeightFactor);
+  double t = std::min(LineWeightTableEntry(lineWeightIndex), kLargestLineWeightFactor);
   // The minimum is compared before the line width scale applies.
   return m_minLineWidth > t * width ? m_minLineWidth : t * width * m_lineWidthScale;
 }

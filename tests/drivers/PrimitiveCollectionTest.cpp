@@ -153,8 +153,6 @@ TEST_F(CollectionTest, PolylineClosedOnlyWithEqualEndsAndMoreThanThreePoints) {
   EXPECT_EQ(lines[1].closedKind, 0);
   EXPECT_EQ(lines[2].closedKind, 0);
   EXPECT_EQ(lines[2].area, 0.0);
-  EXPECT_TRUE(lines[0].absoluteWidth);
-  EXPECT_EQ(lines[0].width, 0.5);
 }
 
 TEST_F(CollectionTest, PolylineNeedsTwoFinitePoints) {

@@ -128,6 +128,47 @@ TEST_F(EntityRulesTest, EntityKindsSetFillCircleAndWidth) {
   Draw(wide);
   EXPECT_EQ(g_EntityDrawState.lineWidth, 0.5);
   EXPECT_EQ(g_EntityDrawState.widthIsGeometric, 1);
+  // The width reaches the sink in output units, as the points do: here 40 units per drawing unit,
+  // and a block scaled 2 by 8 draws it at their mean.
+  input.blockToOutput = OdGeMatrix3d::scaling(40, 40, 1);
+  Draw(wide);
+  EXPECT_DOUBLE_EQ(g_EntityDrawState.lineWidth, 20.0);
+  input.blockToOutput = OdGeMatrix3d::scaling(2, 8, 1);
+  Draw(wide);
+  EXPECT_DOUBLE_EQ(g_EntityDrawState.lineWidth, 2.0);
+  input.blockToOutput = OdGeMatrix3d();
+
+  // Per-vertex widths that agree on every segment are a constant width; varying ones are not.
+  struct WidthCase {
+    const char* what;
+    std::vector<OdGePoint2d> widths;
+    uint16_t flags;
+    double width;
+  };
+  const WidthCase widthCases[] = {
+      {"equal on both segments", {{0.4, 0.4}, {0.4, 0.4}, {0.9, 0.1}}, 0, 0.4},
+      {"the closing segment differs", {{0.4, 0.4}, {0.4, 0.4}, {0.9, 0.1}}, LwPolylineEntity::kClosed, 0},
+      {"tapering", {{0.4, 0.2}, {0.2, 0.0}, {0, 0}}, 0, 0},
+  };
+  for (const WidthCase& c : widthCases) {
+    SCOPED_TRACE(c.what);
+    LwPolylineEntity tapered;
+    tapered.points = {{0, 0}, {5, 0}, {5, 5}};
+    tapered.widths = c.widths;
+    tapered.flags = c.flags;
+    Draw(tapered);
+    EXPECT_DOUBLE_EQ(g_EntityDrawState.lineWidth, c.width);
+    EXPECT_EQ(g_EntityDrawState.widthIsGeometric, c.width > 0 ? 1 : 0);
+  }
+  PolylineEntity heavy;
+  heavy.defaultStartWidth = heavy.defaultEndWidth = 0.3;
+  heavy.vertices.resize(3);
+  heavy.vertices[1].startWidth = heavy.vertices[1].endWidth = 0.3;
+  Draw(heavy);
+  EXPECT_DOUBLE_EQ(g_EntityDrawState.lineWidth, 0.3);
+  heavy.vertices[0].endWidth = 1.0;
+  Draw(heavy);
+  EXPECT_EQ(g_EntityDrawState.widthIsGeometric, 0);
 
   HatchEntity hatch;
   hatch.solidFill = true;

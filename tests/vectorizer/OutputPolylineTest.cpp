@@ -107,7 +107,7 @@ TEST_F(OutputPolylineTest, OnlyWholeRoundCandidatesBecomeCircles) {
 struct RingCase {
   const char* name;
   int format;
-  double entityRadius;
+  int geometric;
   double lineWidth;
   bool fillOn;
   bool filled;
@@ -115,29 +115,34 @@ struct RingCase {
   double width;
 };
 
-TEST_F(OutputPolylineTest, DetectedCirclesAreRingsOrDisks) {
-  // Points at radius 20 for an entity of radius 10: widths scale by 2.
+TEST_F(OutputPolylineTest, DetectedCirclesAreRingsDisksOrWeightedCircles) {
+  // Points at radius 20 for an entity of radius 10; geometric widths are already in output units.
   const RingCase cases[] = {
-      {"svg ring: width 0.75 w", 1016, 10, 4.0, false, false, 20 - 0.75 * 4 * 2 / 2, 2 * 0.75 * 4 * 2},
-      {"pdf ring: width w", 1007, 10, 4.0, false, false, 20 - 4.0 * 2 / 2, 2 * 4.0 * 2},
-      {"wider than the radius: disk", 1007, 10, 25.0, false, true, 20, 0},
-      {"fill on: disk", 1016, 10, 1.0, true, true, 20, 0},
-      {"scaled wider than the radius: disk", 1007, 2, 5.0, false, true, 20, 0},
+      {"svg ring: width 0.75 w", 1016, 1, 4.0, false, false, 20 - 0.75 * 4 / 2, 2 * 0.75 * 4},
+      {"pdf ring: width w", 1007, 1, 4.0, false, false, 20 - 4.0 / 2, 2 * 4.0},
+      {"wider than the radius: disk", 1007, 1, 25.0, false, true, 20, 0},
+      {"as wide as the radius: disk", 1007, 1, 20.0, false, true, 20, 0},
+      {"fill on: disk", 1016, 1, 1.0, true, true, 20, 0},
+      // A line weight is no geometry: radius and weight stay as a native circle has them.
+      {"line weight 0.50 mm", 1016, 0, 50.0, false, false, 20, 50},
+      {"line weight wider than the radius", 1007, 0, 211.0, false, false, 20, 211},
   };
   for (const RingCase& c : cases) {
     SCOPED_TRACE(c.name);
     RecordingDriver& driver = UseDriver(c.format);
     g_EntityDrawState.circleCandidate = 1;
-    g_EntityDrawState.circleRadius = c.entityRadius;
+    g_EntityDrawState.circleRadius = 10.0;
     g_EntityDrawState.lineWidth = c.lineWidth;
-    g_EntityDrawState.widthIsGeometric = 1;
+    g_EntityDrawState.widthIsGeometric = c.geometric;
     g_EntityDrawState.fillOn = c.fillOn;
     Output(CirclePoints(30, 20.0));
     ASSERT_EQ(driver.Circles().size(), 1u);
     const DrvCircle circle = driver.Circles()[0];
     EXPECT_EQ(circle.filled, c.filled);
     EXPECT_NEAR(circle.radiusX, c.radius, 1e-9);
-    EXPECT_NEAR(circle.width, c.width, 1e-9);
+    // The record keeps a geometric width in hundredths of an output unit; without a page a line
+    // weight's millimetre is one unit.
+    EXPECT_NEAR(circle.width, c.width * (c.geometric ? 100 : 1), 1e-9);
   }
 }
 
