@@ -105,6 +105,9 @@ TextRecord MakeTextRecord(const OdGePoint3d& position, const OdGeVector3d& direc
     record.bold = style.isBold();
     record.italic = style.isItalic();
   }
-  record.decoration = underline || style.isUnderlined() ? 1 : (style.isOverlined() ? 3 : 0);
+  record.decoration = underline || style.isUnderlined() ? 1
+                      : style.isStruckThrough()         ? 2
+                      : style.isOverlined()             ? 3
+                                                        : 0;
   return record;
 }

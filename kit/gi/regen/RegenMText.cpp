@@ -78,11 +78,13 @@ void drawChars(GiRegenContext& ctx, const MTextData& text, const Frame& f, doubl
     draw(x, chars);
     return;
   }
+  // Tracking spaces the glyphs out: each is drawn on its own, its escapes decoded first.
+  OdGiTextStyle measuring = styleFor(ctx, text, format);
   double advance = 0.0;
-  for (char32_t ch : chars) {
-    std::u32string one(1, ch);
+  for (const DecodedChar& c : decodeTextCodes(chars, false)) {
+    std::u32string one(1, c.ch);
     draw(x + advance, one);
-    advance += measureText(styleFor(ctx, text, format), one) * h * format.widthFactor * format.tracking;
+    advance += measureText(measuring, one) * h * format.widthFactor * format.tracking;
   }
 }
 
@@ -110,9 +112,8 @@ void drawRun(GiRegenContext& ctx, const MTextData& text, const Frame& f, double 
   OdGiTextStyle style = styleFor(ctx, text, run.format);
   style.setUnderlined(run.format.underline);
   style.setOverlined(run.format.overline);
+  style.setStruckThrough(run.format.strike);
   drawChars(ctx, text, f, x, y, run.text, run.format, style);
-  // Struck through at half the capital height.
-  if (run.format.strike) drawLine(ctx, f, x, y + run.format.height / 2, x + run.width, y + run.format.height / 2);
 }
 
 }  // namespace
