@@ -195,4 +195,34 @@ TEST(MTextLayoutTest, HugeTextIsMeasuredInLinearTime) {
   EXPECT_LT(measuredChars, 3 * words.size());
 }
 
+TEST(MTextLayoutTest, ColumnsTakeTheLinesThatDoNotFit) {
+  MTextLayoutInput input;
+  input.height = 1.0;
+  input.referenceWidth = 4.0;
+  input.columns = true;
+  input.columnGutter = 1.0;
+  // Lines 1 high, 5/3 apart, a third below: three reach 4.67 down, within a column 5 high.
+  input.contents = U"a\\Pb\\Pc\\Pd\\Pe\\Nf\\Pg";
+  input.columnHeight = 5.0;
+  auto r = gi::layoutMText(input, fixedMeasure);
+  ASSERT_EQ(r.lines.size(), 7u);
+  const int expected[] = {0, 0, 0, 1, 1, 2, 2};
+  for (size_t i = 0; i < 7; ++i) EXPECT_EQ(r.lines[i].column, expected[i]) << i;
+  EXPECT_DOUBLE_EQ(r.lines[3].baseline, -1.0);  // at the top of its column
+  EXPECT_DOUBLE_EQ(r.lines[3].runs[0].x, 5.0);   // one column and a gutter along
+  EXPECT_DOUBLE_EQ(r.lines[5].runs[0].x, 10.0);
+  EXPECT_DOUBLE_EQ(r.width, 14.0);
+  // Each column its own height; a height of 0 does not limit; a fixed count keeps the rest.
+  input.contents = U"a\\Pb\\Pc\\Pd\\Pe";
+  input.columnHeights = {1.5, 0.0};
+  r = gi::layoutMText(input, fixedMeasure);
+  EXPECT_EQ(r.lines[1].column, 1);
+  EXPECT_EQ(r.lines[4].column, 1);
+  input.columnHeights.clear();
+  input.columnHeight = 1.5;
+  input.columnCount = 2;
+  r = gi::layoutMText(input, fixedMeasure);
+  EXPECT_EQ(r.lines[4].column, 1);
+}
+
 }  // namespace

@@ -146,7 +146,11 @@ private:
 
   void formatCode(char32_t code) {
     switch (code) {
-      case U'P': case U'N': case U'X': paragraphBreak(); break;
+      case U'P': case U'X': paragraphBreak(); break;
+      case U'N':
+        paragraphBreak();
+        parsed_.pieces.back().kind = MTextPiece::kColumnBreak;
+        break;
       case U'~': append(U" "); break;
       case U'\\': case U'{': case U'}': append(std::u32string_view(&code, 1)); break;
       case U'L': case U'l': flush(); format().underline = code == U'L'; break;

@@ -48,7 +48,7 @@ struct MTextStack {
 };
 
 struct MTextPiece {
-  enum Kind { kText, kStack, kTab, kParagraphBreak };
+  enum Kind { kText, kStack, kTab, kParagraphBreak, kColumnBreak };
   Kind kind = kText;
   std::u32string text;
   MTextStack stack;

@@ -55,9 +55,11 @@ public:
       case MTextPiece::kStack: addStack(piece.stack, piece.format); break;
       case MTextPiece::kTab: addTab(piece.format); break;
       case MTextPiece::kParagraphBreak:
+      case MTextPiece::kColumnBreak:
         noteHeight(piece.format.height);
         current().endsParagraph = true;
         breakLine(piece.paragraph + 1, true);
+        if (piece.kind == MTextPiece::kColumnBreak) current().line.columnBreakBefore = true;
         break;
     }
   }
@@ -87,6 +89,7 @@ public:
     if (!lines_.empty()) result.height = -lines_.back().line.baseline + lines_.back().line.height * kDescent;
     result.lines.reserve(lines_.size());
     for (OpenLine& open : lines_) result.lines.push_back(std::move(open.line));
+    if (input_.columns) splitIntoColumns(result);
     return result;
   }
 
@@ -132,7 +135,6 @@ private:
       place(text, measure_(text, format), format);
       return;
     }
-    double spaceWidth = -1.0;
     bool justified = alignment(current().paragraph) == MTextAlign::kJustified;
     for (size_t i = 0; i < text.size() && !full_;) {
       size_t end = text.find(U' ', i);
@@ -140,18 +142,18 @@ private:
       size_t spacesEnd = text.find_first_not_of(U' ', end);
       if (spacesEnd == std::u32string::npos) spacesEnd = text.size();
       std::u32string word = text.substr(i, end - i);
-      double wordWidth = word.empty() ? 0.0 : measure_(word, format);
-      if (spacesEnd > end && spaceWidth < 0.0) spaceWidth = measure_(U" ", format);
-      double spacesWidth = double(spacesEnd - end) * std::max(spaceWidth, 0.0);
-      bool overflows = current().cursor + wordWidth > rightEdge(current().paragraph) * 1.000001;
-      if (!current().line.runs.empty() && overflows && !word.empty()) {
+      // A word's extent decides the break; its advance with the blanks after it moves on.
+      double extent = word.empty() ? 0.0 : measure_(word, format);
+      word.append(spacesEnd - end, U' ');
+      double advance = spacesEnd > end ? measure_(word, format) : extent;
+      bool overflows = current().cursor + extent > rightEdge(current().paragraph) * 1.000001;
+      if (!current().line.runs.empty() && overflows && extent > 0.0) {
         breakLine(current().paragraph, false);
         if (full_) return;
       }
       if (justified) current().splitRuns = true;
-      word.append(spacesEnd - end, U' ');
       // A line does not begin with the blanks that ended the line before.
-      if (!(current().line.runs.empty() && word.front() == U' ')) place(word, wordWidth + spacesWidth, format);
+      if (!(current().line.runs.empty() && word.front() == U' ')) place(word, advance, format);
       i = spacesEnd;
     }
   }
@@ -226,7 +228,7 @@ private:
     size_t blanks = last.stacked ? 0 : trailingSpaces(last.text);
     if (blanks == 0) return;
     last.text.erase(last.text.size() - blanks);
-    last.width = std::max(0.0, last.width - double(blanks) * measure_(U" ", last.format));
+    last.width = last.text.empty() ? 0.0 : measure_(last.text, last.format);
     open.line.width = last.x + last.width - open.start;
   }
 
@@ -244,6 +246,36 @@ private:
     }
     if (!(std::isfinite(shift)) || shift == 0.0) return;
     for (MTextRun& run : line.runs) run.x += shift;
+  }
+
+  double columnLimit(int column) const {
+    if (size_t(column) < input_.columnHeights.size()) return input_.columnHeights[size_t(column)];
+    return input_.columnHeights.empty() ? input_.columnHeight : 0.0;
+  }
+
+  // Lines moved into columns side by side, each column's first line at the column's top.
+  void splitIntoColumns(MTextLayoutResult& result) const {
+    double columnWidth = std::max(input_.referenceWidth, 0.0);
+    double step = columnWidth + std::max(input_.columnGutter, 0.0);
+    int column = 0;
+    double shift = 0.0;  // added to baselines in the current column
+    result.height = 0.0;
+    for (size_t i = 0; i < result.lines.size(); ++i) {
+      MTextLine& line = result.lines[i];
+      double bottom = -(line.baseline + shift) + line.height * kDescent;
+      double limit = columnLimit(column);
+      bool more = input_.columnCount <= 0 || column + 1 < input_.columnCount;
+      bool overflows = limit > 0.0 && bottom > limit * 1.000001;
+      if (i > 0 && more && (line.columnBreakBefore || overflows)) {
+        ++column;
+        shift = -line.height - line.baseline;
+      }
+      line.baseline += shift;
+      line.column = column;
+      for (MTextRun& run : line.runs) run.x += step * column;
+      result.height = std::max(result.height, -line.baseline + line.height * kDescent);
+    }
+    result.width = std::max(result.width, step * column + columnWidth);
   }
 
   const MTextLayoutInput& input_;

@@ -38,7 +38,9 @@ struct MTextLine {
   std::vector<MTextRun> runs;
   double width = 0.0;      // from the first run's left end to the last run's right end
   double height = 0.0;     // tallest run
-  double baseline = 0.0;   // y of the baseline, negative downwards
+  double baseline = 0.0;   // y of the baseline, negative downwards, from its column's top
+  int column = 0;
+  bool columnBreakBefore = false;  // \N: the line starts the next column
 };
 
 struct MTextLayoutResult {
@@ -55,6 +57,13 @@ struct MTextLayoutInput {
   double lineSpacingFactor = 1.0;
   bool exactSpacing = false;
   MTextAlign defaultAlign = MTextAlign::kLeft;  // from the attachment point
+  // Columns: the reference width is each column's; a line that would reach below a column's
+  // height starts the next column. Heights of 0 do not limit.
+  int columnCount = 0;  // 0: one column without a limit on the number
+  double columnGutter = 0.0;
+  double columnHeight = 0.0;          // of every column without its own
+  std::vector<double> columnHeights;  // each column's own
+  bool columns = false;
 };
 
 // The advance of text in a format, in drawing units.

@@ -131,6 +131,15 @@ void regenMText(GiRegenContext& ctx, const MTextData& text) {
   input.referenceWidth = text.referenceWidth > 0.0 && std::isfinite(text.referenceWidth) ? text.referenceWidth : 0.0;
   input.lineSpacingFactor = text.lineSpacingFactor > 0.0 ? text.lineSpacingFactor : 1.0;
   input.exactSpacing = text.lineSpacingStyle == 2;
+  if (text.columnType != 0 && text.columnWidth > 0.0 && std::isfinite(text.columnWidth)) {
+    input.columns = true;
+    input.referenceWidth = text.columnWidth;
+    input.columnGutter = std::isfinite(text.columnGutter) ? text.columnGutter : 0.0;
+    input.columnCount = text.columnType == 1 ? text.columnCount : 0;
+    bool manual = text.columnType == 2 && !text.columnAutoHeight;
+    if (manual) input.columnHeights = text.columnHeights;
+    input.columnHeight = text.definedHeight > 0.0 && std::isfinite(text.definedHeight) ? text.definedHeight : 0.0;
+  }
   input.defaultAlign = column == 0 ? MTextAlign::kLeft : column == 1 ? MTextAlign::kCenter : MTextAlign::kRight;
   auto measure = [&](const std::u32string& run, const MTextFormat& format) {
     std::u32string chars;
@@ -139,7 +148,7 @@ void regenMText(GiRegenContext& ctx, const MTextData& text) {
   };
   MTextLayoutResult layout = layoutMText(input, measure);
   Frame f = frameOf(text);
-  double blockWidth = input.referenceWidth > 0.0 ? input.referenceWidth : layout.width;
+  double blockWidth = input.columns ? layout.width : input.referenceWidth > 0.0 ? input.referenceWidth : layout.width;
   double top = row == 0 ? 0.0 : row == 1 ? layout.height / 2 : layout.height;
   double left = column == 0 ? 0.0 : column == 1 ? -blockWidth / 2 : -blockWidth;
 
