@@ -53,7 +53,7 @@ TEST(MTextLayoutTest, FormatCodesTakeEffectOnTheirRuns) {
   EXPECT_DOUBLE_EQ(runWith(r, U"f").format.tracking, 2.0);
   EXPECT_TRUE(runWith(r, U"g").format.hasColor);
   EXPECT_EQ(runWith(r, U"g").format.color, OdCmEntityColor::fromACI(1));
-  EXPECT_EQ(runWith(r, U"h").format.color, OdCmEntityColor::fromPackedRGB(255));
+  EXPECT_EQ(runWith(r, U"h").format.color, OdCmEntityColor::fromPackedRGB(0xFF0000));  // red in the low byte
   EXPECT_EQ(runWith(r, U"i").format.font, "Arial");
   EXPECT_TRUE(runWith(r, U"i").format.bold && runWith(r, U"i").format.italic);
   EXPECT_EQ(runWith(r, U"j").format.font, "romans.shx");

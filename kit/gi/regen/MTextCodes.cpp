@@ -224,7 +224,10 @@ private:
     }
     double value = parseValue(arg, -1.0);
     format().hasColor = value >= 0.0 && value <= double(0xFFFFFF);
-    if (format().hasColor) format().color = OdCmEntityColor::fromPackedRGB(uint32_t(value));
+    if (!format().hasColor) return;
+    // The value holds red in its low byte and blue in its high one.
+    uint32_t bgr = uint32_t(value);
+    format().color = OdCmEntityColor::fromPackedRGB(((bgr & 0xFF) << 16) | (bgr & 0xFF00) | ((bgr >> 16) & 0xFF));
   }
 
   void readFont(const std::u32string& arg) {
