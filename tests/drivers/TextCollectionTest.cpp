@@ -157,7 +157,8 @@ namespace {
 
 // The font map decides the font a text is written in: by its font name, else by its font file.
 TEST_F(TextIntakeTest, FontMapChoosesTheWrittenFont) {
-  drvtest::WriteText(scratch_.file("dm_font_map.txt"), "RomanS ==> Times New Roman\ntxt ==> Courier\nisocp.shx ==> DejaVu Sans\n");
+  drvtest::WriteText(scratch_.file("dm_font_map.txt"),
+                     "RomanS ==> Times New Roman\ntxt ==> Courier\nisocp.shx ==> DejaVu Sans\n");
   TRANS_BASE2 mapped;
   mapped.ResetFile();
   mapped.DefineView(W("V"), kViewModelSpace);

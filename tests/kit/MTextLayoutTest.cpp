@@ -57,6 +57,8 @@ TEST(MTextLayoutTest, FormatCodesTakeEffectOnTheirRuns) {
   EXPECT_EQ(runWith(r, U"i").format.font, "Arial");
   EXPECT_TRUE(runWith(r, U"i").format.bold && runWith(r, U"i").format.italic);
   EXPECT_EQ(runWith(r, U"j").format.font, "romans.shx");
+  EXPECT_TRUE(runWith(r, U"j").format.shxFont);
+  EXPECT_FALSE(runWith(r, U"i").format.shxFont);
   const MTextRun& k = runWith(r, U"k");
   EXPECT_TRUE(k.format.underline && k.format.overline && k.format.strike);
   const MTextRun& l = runWith(r, U"l");

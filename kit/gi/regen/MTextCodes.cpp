@@ -186,6 +186,7 @@ private:
         std::u32string arg = argument();
         flush();
         readFont(arg);
+        format().shxFont = code == U'F';
         break;
       }
       case U'S': {

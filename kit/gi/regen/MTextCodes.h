@@ -21,6 +21,7 @@ struct MTextFormat {
   double tracking = 1.0;
   int verticalAlign = 0;  // \A: 0 bottom, 1 middle, 2 top of the line
   std::string font;       // font file or family; empty: the style's
+  bool shxFont = false;   // \F names an SHX file (its extension may be left out)
   bool bold = false;
   bool italic = false;
   bool underline = false;

@@ -16,9 +16,10 @@ constexpr double kDefaultTabHeights = 4.0;  // default tab stops, in heights of 
 
 bool sameFormat(const MTextFormat& a, const MTextFormat& b) {
   return a.height == b.height && a.widthFactor == b.widthFactor && a.oblique == b.oblique &&
-         a.tracking == b.tracking && a.verticalAlign == b.verticalAlign && a.font == b.font && a.bold == b.bold &&
-         a.italic == b.italic && a.underline == b.underline && a.overline == b.overline && a.strike == b.strike &&
-         a.hasColor == b.hasColor && (!a.hasColor || a.color == b.color);
+         a.tracking == b.tracking && a.verticalAlign == b.verticalAlign && a.font == b.font &&
+         a.shxFont == b.shxFont && a.bold == b.bold && a.italic == b.italic && a.underline == b.underline &&
+         a.overline == b.overline && a.strike == b.strike && a.hasColor == b.hasColor &&
+         (!a.hasColor || a.color == b.color);
 }
 
 size_t trailingSpaces(const std::u32string& text) {

@@ -38,13 +38,12 @@ Frame frameOf(const MTextData& text) {
 OdGiTextStyle styleFor(GiRegenContext& ctx, const MTextData& text, const MTextFormat& format) {
   OdGiTextStyle style = ctx.textStyleOf(text.style, format.height, format.widthFactor, format.oblique);
   if (!format.font.empty()) {
-    OdString name = toOdString(format.font);
-    bool shx = format.font.size() > 4 && (format.font.ends_with(".shx") || format.font.ends_with(".SHX"));
-    if (shx) {
-      style.setFileName(name);
+    bool extension = format.font.size() > 4 && (format.font.ends_with(".shx") || format.font.ends_with(".SHX"));
+    if (format.shxFont || extension) {
+      style.setFileName(toOdString(extension ? format.font : format.font + ".shx"));
       style.setTypeface(OdString(), false, false);
     } else {
-      style.setTypeface(name, format.bold, format.italic);
+      style.setTypeface(toOdString(format.font), format.bold, format.italic);
     }
   }
   return style;
