@@ -172,6 +172,8 @@ TEST(MTextLayoutTest, BrokenInputIsDrawnAsWellAsPossible) {
   // Absurd reference widths wrap every word or none.
   EXPECT_EQ(layout(U"aa bb cc", 1e-300).lines.size(), 3u);
   EXPECT_EQ(layout(U"aa bb cc", 1e300).lines.size(), 1u);
+  // A hard space holds its words together.
+  EXPECT_EQ(layout(U"aa\\~bb cc", 1e-300).lines.size(), 2u);
 }
 
 TEST(MTextLayoutTest, HugeTextIsMeasuredInLinearTime) {

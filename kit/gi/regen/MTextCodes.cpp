@@ -151,7 +151,7 @@ private:
         paragraphBreak();
         parsed_.pieces.back().kind = MTextPiece::kColumnBreak;
         break;
-      case U'~': append(U" "); break;
+      case U'~': append(U"\u00A0"); break;  // a space that does not break the line
       case U'\\': case U'{': case U'}': append(std::u32string_view(&code, 1)); break;
       case U'L': case U'l': flush(); format().underline = code == U'L'; break;
       case U'O': case U'o': flush(); format().overline = code == U'O'; break;
