@@ -42,13 +42,14 @@ const MTextRun& runWith(const MTextLayoutResult& r, const std::u32string& text) 
 }
 
 TEST(MTextLayoutTest, FormatCodesTakeEffectOnTheirRuns) {
-  auto r = layout(U"a{\\H3;b}{\\H2x;c}{\\W2;d}{\\Q15;e}{\\T2;f}{\\C1;g}{\\c255;h}{\\fArial|b1|i1;i}{\\Fromans.shx;j}"
+  auto r = layout(U"a{\\H3;b}{\\H2x;c}{\\W2;d{\\W0.5x;dd}}{\\Q15;e}{\\T2;f}{\\C1;g}{\\c255;h}{\\fArial|b1|i1;i}{\\Fromans.shx;j}"
                   U"{\\L\\O\\Kk}l");
   ASSERT_EQ(r.lines.size(), 1u);
   EXPECT_DOUBLE_EQ(runWith(r, U"a").format.height, 2.0);
   EXPECT_DOUBLE_EQ(runWith(r, U"b").format.height, 3.0);
   EXPECT_DOUBLE_EQ(runWith(r, U"c").format.height, 4.0);
   EXPECT_DOUBLE_EQ(runWith(r, U"d").format.widthFactor, 2.0);
+  EXPECT_DOUBLE_EQ(runWith(r, U"dd").format.widthFactor, 1.0);
   EXPECT_NEAR(runWith(r, U"e").format.oblique, 15.0 * M_PI / 180.0, 1e-12);
   EXPECT_DOUBLE_EQ(runWith(r, U"f").format.tracking, 2.0);
   EXPECT_TRUE(runWith(r, U"g").format.hasColor);

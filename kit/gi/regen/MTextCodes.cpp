@@ -158,8 +158,10 @@ private:
       case U'K': case U'k': flush(); format().strike = code == U'K'; break;
       case U'H': readHeight(argument()); break;
       case U'W': {
-        double value = parseValue(argument(), 0.0);
+        std::u32string arg = argument();
         flush();
+        bool relative = !arg.empty() && (arg.back() == U'x' || arg.back() == U'X');
+        double value = parseValue(arg, 0.0) * (relative ? format().widthFactor : 1.0);
         if (value > 0.0) format().widthFactor = std::clamp(value, 1.0 / kMaxScale, kMaxScale);
         break;
       }

@@ -1,8 +1,9 @@
 // Multi-line text laid out as runs: the inline format codes (read by MTextCodes) are applied, lines
 // are broken at paragraphs and, with a reference width, between words; tabs jump to the
-// paragraph's stops, stacks become fractions, and each line is placed by its paragraph's
-// alignment and indents. Positions are in the text's own frame: x along the text from the block's
-// left edge, y up, the first line's baseline at y = -height of that line.
+// paragraph's stops, stacks become fractions, each line is placed by its paragraph's alignment
+// and indents, and columns take the lines that do not fit. Positions are in the text's own frame:
+// x along the text from the block's left edge, y up, a column's first baseline at y = -height of
+// its line.
 #pragma once
 
 #include <functional>
