@@ -131,28 +131,28 @@ TEST(MTextLayoutTest, StackedFractionsInTheirThreeForms) {
   }
   ASSERT_EQ(stacks.size(), 3u);
   const auto& bar = *stacks[0];
-  EXPECT_EQ(bar.stack.top, U"1");
-  EXPECT_EQ(bar.stack.bottom, U"22");
-  EXPECT_NEAR(bar.stackShape.height, 1.4, 1e-12);  // 70% of 2
-  EXPECT_GT(bar.stackShape.topY, bar.stackShape.lineY0);
-  EXPECT_LT(bar.stackShape.bottomY + bar.stackShape.height, bar.stackShape.lineY0);
-  EXPECT_TRUE(bar.stackShape.hasLine);
-  EXPECT_DOUBLE_EQ(bar.stackShape.lineY0, bar.stackShape.lineY1);  // horizontal
-  EXPECT_GT(bar.stackShape.topX, bar.stackShape.bottomX);          // the shorter part centred
+  EXPECT_EQ(bar.stacked->stack.top, U"1");
+  EXPECT_EQ(bar.stacked->stack.bottom, U"22");
+  EXPECT_NEAR(bar.stacked->shape.height, 1.4, 1e-12);  // 70% of 2
+  EXPECT_GT(bar.stacked->shape.topY, bar.stacked->shape.lineY0);
+  EXPECT_LT(bar.stacked->shape.bottomY + bar.stacked->shape.height, bar.stacked->shape.lineY0);
+  EXPECT_TRUE(bar.stacked->shape.hasLine);
+  EXPECT_DOUBLE_EQ(bar.stacked->shape.lineY0, bar.stacked->shape.lineY1);  // horizontal
+  EXPECT_GT(bar.stacked->shape.topX, bar.stacked->shape.bottomX);          // the shorter part centred
   EXPECT_GE(bar.width, 1.4);
   const auto& diagonal = *stacks[1];
-  EXPECT_EQ(diagonal.stack.kind, MTextStack::kDiagonal);
-  EXPECT_TRUE(diagonal.stackShape.hasLine);
-  EXPECT_GT(diagonal.stackShape.lineX1, diagonal.stackShape.lineX0);
-  EXPECT_GT(diagonal.stackShape.lineY1, diagonal.stackShape.lineY0);
-  EXPECT_GT(diagonal.stackShape.bottomX, diagonal.stackShape.topX);
-  EXPECT_GT(diagonal.stackShape.topY, diagonal.stackShape.bottomY);
+  EXPECT_EQ(diagonal.stacked->stack.kind, MTextStack::kDiagonal);
+  EXPECT_TRUE(diagonal.stacked->shape.hasLine);
+  EXPECT_GT(diagonal.stacked->shape.lineX1, diagonal.stacked->shape.lineX0);
+  EXPECT_GT(diagonal.stacked->shape.lineY1, diagonal.stacked->shape.lineY0);
+  EXPECT_GT(diagonal.stacked->shape.bottomX, diagonal.stacked->shape.topX);
+  EXPECT_GT(diagonal.stacked->shape.topY, diagonal.stacked->shape.bottomY);
   const auto& tolerance = *stacks[2];
-  EXPECT_EQ(tolerance.stack.kind, MTextStack::kTolerance);
-  EXPECT_EQ(tolerance.stack.top, U"+0.1");
-  EXPECT_EQ(tolerance.stack.bottom, U"-0.2");
-  EXPECT_FALSE(tolerance.stackShape.hasLine);
-  EXPECT_DOUBLE_EQ(tolerance.stackShape.topX, tolerance.stackShape.bottomX);
+  EXPECT_EQ(tolerance.stacked->stack.kind, MTextStack::kTolerance);
+  EXPECT_EQ(tolerance.stacked->stack.top, U"+0.1");
+  EXPECT_EQ(tolerance.stacked->stack.bottom, U"-0.2");
+  EXPECT_FALSE(tolerance.stacked->shape.hasLine);
+  EXPECT_DOUBLE_EQ(tolerance.stacked->shape.topX, tolerance.stacked->shape.bottomX);
   // The text after a stack follows it.
   EXPECT_NEAR(runWith(r, U"y").x, bar.x + bar.width, 1e-12);
 }
@@ -193,6 +193,12 @@ TEST(MTextLayoutTest, HugeTextIsMeasuredInLinearTime) {
   auto r = gi::layoutMText(input, counting);
   EXPECT_GT(r.lines.size(), 1000u);
   EXPECT_LT(measuredChars, 3 * words.size());
+  // Justified, words stand apart only up to a bound: the runs stay few enough to hold.
+  MTextLayoutInput justified = input;
+  justified.contents = U"\\pxqj;" + words;
+  size_t runs = 0;
+  for (const auto& line : gi::layoutMText(justified, fixedMeasure).lines) runs += line.runs.size();
+  EXPECT_LT(runs, 500000u);
   MTextLayoutInput unwrapped = input;
   unwrapped.referenceWidth = 0.0;
   measuredChars = 0;

@@ -11,6 +11,8 @@ namespace {
 constexpr double kLineSpacing = 5.0 / 3.0;  // baseline to baseline, in text heights
 constexpr double kDescent = 1.0 / 3.0;
 constexpr size_t kMaxLines = 200000;
+// Justified words become runs of their own up to this many in all; later ones join their line's run.
+constexpr size_t kMaxWordRuns = 200000;
 constexpr double kStackScale = 0.7;       // a stack's parts, in heights of the text around
 constexpr double kDefaultTabHeights = 4.0;  // default tab stops, in heights of the text
 
@@ -152,7 +154,10 @@ private:
         breakLine(current().paragraph, false);
         if (full_) return;
       }
-      if (justified) current().splitRuns = true;
+      if (justified && wordRuns_ < kMaxWordRuns) {
+        current().splitRuns = true;
+        ++wordRuns_;
+      }
       // A line does not begin with the blanks that ended the line before.
       if (!(current().line.runs.empty() && word.front() == U' ')) place(word, advance, format);
       i = spacesEnd;
@@ -174,9 +179,7 @@ private:
     run.format = format;
     run.x = current().cursor;
     run.width = width;
-    run.stacked = true;
-    run.stack = stack;
-    run.stackShape = shape;
+    run.stacked = std::make_shared<const MTextStacked>(MTextStacked{stack, shape});
     push(std::move(run));
     current().splitRuns = true;
   }
@@ -285,6 +288,7 @@ private:
   std::vector<OpenLine> lines_;
   bool firstLine_ = true;
   bool full_ = false;
+  size_t wordRuns_ = 0;
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,15 +25,19 @@ struct MTextStackGeometry {
   double lineX0 = 0.0, lineY0 = 0.0, lineX1 = 0.0, lineY1 = 0.0;
 };
 
+// A stack's parts and where they go, kept apart from the run: few runs are stacks.
+struct MTextStacked {
+  MTextStack stack;
+  MTextStackGeometry shape;
+};
+
 struct MTextRun {
   std::u32string text;  // characters as drawn; %% codes and \U+ escapes kept for the run's consumer
   MTextFormat format;
   double x = 0.0;       // from the block's left edge
   double y = 0.0;       // above the line's baseline (vertical alignment of smaller runs)
   double width = 0.0;
-  bool stacked = false;
-  MTextStack stack;               // when stacked: the two parts
-  MTextStackGeometry stackShape;  // and where they go
+  std::shared_ptr<const MTextStacked> stacked;  // null: a run of characters
 };
 
 struct MTextLine {

@@ -93,12 +93,13 @@ void drawLine(GiRegenContext& ctx, const Frame& f, double x0, double y0, double 
 }
 
 void drawStack(GiRegenContext& ctx, const MTextData& text, const Frame& f, double x, double y, const MTextRun& run) {
-  const MTextStackGeometry& g = run.stackShape;
+  const MTextStackGeometry& g = run.stacked->shape;
+  const MTextStack& stack = run.stacked->stack;
   MTextFormat part = run.format;
   part.height = g.height;
   OdGiTextStyle style = styleFor(ctx, text, part);
-  if (!run.stack.top.empty()) drawChars(ctx, text, f, x + g.topX, y + g.topY, run.stack.top, part, style);
-  if (!run.stack.bottom.empty()) drawChars(ctx, text, f, x + g.bottomX, y + g.bottomY, run.stack.bottom, part, style);
+  if (!stack.top.empty()) drawChars(ctx, text, f, x + g.topX, y + g.topY, stack.top, part, style);
+  if (!stack.bottom.empty()) drawChars(ctx, text, f, x + g.bottomX, y + g.bottomY, stack.bottom, part, style);
   if (g.hasLine) drawLine(ctx, f, x + g.lineX0, y + g.lineY0, x + g.lineX1, y + g.lineY1);
 }
 
