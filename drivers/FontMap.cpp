@@ -99,7 +99,8 @@ std::string TRANS_BASE2::MapFontName(const std::string& fontName) const {
 std::string TRANS_BASE2::OutputFontFor(const TextRecord& record) const {
   std::string file = record.fontFile.substr(record.fontFile.find_last_of("/\\") + 1);
   std::string stem = file.substr(0, file.rfind('.'));
-  for (const std::string& name : {record.fontName, file, stem}) {
+  // The file first: a text in an SHX font carries the default font's name as its own.
+  for (const std::string& name : {file, stem, record.fontName}) {
     if (name.empty()) continue;
     std::string mapped = MapFontName(name);
     if (!mapped.empty()) return mapped;

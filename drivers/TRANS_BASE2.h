@@ -537,8 +537,8 @@ public:
   bool IsStrokeFont(const std::string& lowerCaseName) const;
   // Output font for a drawing font; empty when the map has none.
   std::string MapFontName(const std::string& fontName) const;
-  // The font a text is written in: the font map's entry for its font name, else for its font
-  // file (with or without extension, any case), else its font name.
+  // The font a text is written in: the font map's entry for its font file (with or without
+  // extension), else for its font name, in any case; else its font name.
   std::string OutputFontFor(const TextRecord& record) const;
   void AddUnmappedFont(const std::string& fontName) { m_unmappedFonts.insert(fontName); }
   const std::map<std::string, std::string>& GetFontMap() const { return m_fontMap; }

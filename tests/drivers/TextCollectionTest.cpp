@@ -158,7 +158,7 @@ namespace {
 // The font map decides the font a text is written in: by its font name, else by its font file.
 TEST_F(TextIntakeTest, FontMapChoosesTheWrittenFont) {
   drvtest::WriteText(scratch_.file("dm_font_map.txt"),
-                     "RomanS ==> Times New Roman\ntxt ==> Courier\nisocp.shx ==> DejaVu Sans\n");
+                     "RomanS ==> Times New Roman\ntxt ==> Courier\nisocp.shx ==> DejaVu Sans\nZz ==> Zapf\n");
   TRANS_BASE2 mapped;
   mapped.ResetFile();
   mapped.DefineView(W("V"), kViewModelSpace);
@@ -174,6 +174,7 @@ TEST_F(TextIntakeTest, FontMapChoosesTheWrittenFont) {
       {"Arial", "C:\\Fonts\\TXT.SHX", "Courier"},
       {"Arial", "isocp.shx", "DejaVu Sans"},
       {"Arial", "other.shx", "Arial"},
+      {"Zz", "txt.shx", "Courier"},
   };
   double height = 1.0;
   for (const Case& c : cases) {
