@@ -96,6 +96,22 @@ std::string TRANS_BASE2::MapFontName(const std::string& fontName) const {
   return found == m_fontMap.end() ? std::string() : found->second;
 }
 
+std::string TRANS_BASE2::OutputFontFor(const TextRecord& record) const {
+  std::string file = record.fontFile.substr(record.fontFile.find_last_of("/\\") + 1);
+  std::string stem = file.substr(0, file.rfind('.'));
+  // The file first: a text in an SHX font carries the default font's name as its own.
+  for (const std::string& name : {file, stem, record.fontName}) {
+    if (name.empty()) continue;
+    std::string mapped = MapFontName(name);
+    if (!mapped.empty()) return mapped;
+    // Drawings spell one font in varying case: an exact entry wins, any other spelling serves.
+    for (const auto& [from, to] : m_fontMap) {
+      if (EqualsNoCase(from, name) && !to.empty()) return to;
+    }
+  }
+  return record.fontName;
+}
+
 std::string TRANS_BASE2::FindSystemFontFile(const std::string& fontName) {
   auto cached = m_systemFontCache.find(fontName);
   if (cached != m_systemFontCache.end()) return cached->second;

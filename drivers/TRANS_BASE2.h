@@ -231,6 +231,7 @@ struct DrvView {
 // What the vectorizer hands to DrawText for a text drawn as text.
 struct TextRecord {
   std::string fontName = "Arial";
+  std::string fontFile;           // the drawing's font file (SHX or TrueType), when it names one
   OdGePoint2d position;
   OdString text;                  // with the kit's "\U+XXXX" escapes
   double height = 0.0;
@@ -538,6 +539,9 @@ public:
   bool IsStrokeFont(const std::string& lowerCaseName) const;
   // Output font for a drawing font; empty when the map has none.
   std::string MapFontName(const std::string& fontName) const;
+  // The font a text is written in: the font map's entry for its font file (with or without
+  // extension), else for its font name, in any case; else its font name.
+  std::string OutputFontFor(const TextRecord& record) const;
   void AddUnmappedFont(const std::string& fontName) { m_unmappedFonts.insert(fontName); }
   const std::map<std::string, std::string>& GetFontMap() const { return m_fontMap; }
   const std::set<std::string>& GetStrokeFonts() const { return m_strokeFonts; }

@@ -76,12 +76,12 @@ int TRANS_BASE2::DrawText(const TextRecord& record) {
     EscapeNonAscii(escaped, record.text, OdString(L"\\u"), OdString(), false);
     if (escaped.empty()) return 0;
 
-    if (!record.fontName.empty() && MapFontName(record.fontName).empty() &&
-        FindSystemFontFile(record.fontName).empty())
-      AddUnmappedFont(record.fontName);
+    const std::string fontName = OutputFontFor(record);
+    if (!fontName.empty() && fontName == record.fontName && FindSystemFontFile(fontName).empty())
+      AddUnmappedFont(fontName);
 
     SetAttributes();
-    SetFont(record.fontName, height);
+    SetFont(fontName, height);
     if (!m_currentFontGroup) return 0;
 
     DrvText text;

@@ -30,6 +30,20 @@ double DrawnHeight(const OdGeVector3d& direction, const OdGeVector3d& upVector) 
   return up < 0.1 * along ? 0.67 * along : up;
 }
 
+// A text whose up vector lies clockwise of its direction reads mirrored (backward, or upside down
+// which is backward turned half round). The output cannot flip a text but can scale it by a
+// negative width: such a text keeps the angle its up vector gives and runs backward.
+bool IsMirrored(const OdGeVector3d& direction, const OdGeVector3d& upVector) {
+  double turn = direction.x * upVector.y - direction.y * upVector.x;
+  return (turn < 0.0) != g_EntityRuleState.outputYDown;
+}
+
+// The direction a text would have unmirrored: its up vector turned a quarter clockwise.
+OdGeVector3d UnmirroredDirection(const OdGeVector3d& upVector) {
+  return g_EntityRuleState.outputYDown ? OdGeVector3d(-upVector.y, upVector.x, 0.0)
+                                       : OdGeVector3d(upVector.y, -upVector.x, 0.0);
+}
+
 bool IsSlanted(const OdGeVector3d& direction, const OdGeVector3d& upVector) {
   double lengths = direction.length() * upVector.length();
   if (!(lengths > 0.0)) return false;
@@ -74,13 +88,16 @@ TextRecord MakeTextRecord(const OdGePoint3d& position, const OdGeVector3d& direc
   CleanTextCodes(cleaned, underline);
   record.text = cleaned;
   record.position = position.to2d();
-  record.rotation = RotationOf(direction);
+  bool mirrored = IsMirrored(direction, upVector) && !upVector.isZeroLength();
+  record.rotation = RotationOf(mirrored ? UnmirroredDirection(upVector) : direction);
   double height = DrawnHeight(direction, upVector);
   double widthFactor = height > 0.0 ? direction.length() / height : 1.0;
+  if (mirrored) widthFactor = -widthFactor;
   if (driver.GetFormatCode() == 1016) widthFactor *= kSvgPlainWidthFactor;
   record.widthFactor = widthFactor;
   record.oblique = style.obliquingAngle();
   record.fontName = OutputFontName(style, IsSlanted(direction, upVector));
+  OdStringToUtf8(record.fontFile, style.fileName());
   height *= SizeFactor(style);
   if (IsRomans(style)) height *= 0.85;
   record.height = height;
@@ -88,6 +105,9 @@ TextRecord MakeTextRecord(const OdGePoint3d& position, const OdGeVector3d& direc
     record.bold = style.isBold();
     record.italic = style.isItalic();
   }
-  record.decoration = underline || style.isUnderlined() ? 1 : (style.isOverlined() ? 3 : 0);
+  record.decoration = underline || style.isUnderlined() ? 1
+                      : style.isStruckThrough()         ? 2
+                      : style.isOverlined()             ? 3
+                                                        : 0;
   return record;
 }

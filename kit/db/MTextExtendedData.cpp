@@ -23,6 +23,14 @@ void applyMTextExtendedData(const DbObject& object, MTextData& m) {
       case 79: m.columnAutoHeight = value.asInteger() != 0; break;
       case 48: m.columnWidth = value.asReal(); break;
       case 49: m.columnGutter = value.asReal(); break;
+      case 50: {
+        // The count of manual column heights, each a real of its own after it.
+        int64_t count = value.asInteger();
+        m.columnHeights.clear();
+        for (int64_t k = 0; k < count && i + 2 < v.size() && v[i + 2].code == 1040; ++k, ++i)
+          m.columnHeights.push_back(v[i + 2].asReal());
+        break;
+      }
       default: break;
     }
     ++i;

@@ -21,6 +21,7 @@ public:
   bool isUpsideDown() const { return upsideDown_; }
   bool isUnderlined() const { return underlined_; }
   bool isOverlined() const { return overlined_; }
+  bool isStruckThrough() const { return struckThrough_; }
   bool isShapeFile() const { return shapeFile_; }
   // A TrueType font: a typeface name, or a font file that is not an SHX file.
   bool isTtfFont() const;
@@ -44,6 +45,7 @@ public:
   void setUpsideDown(bool value) { upsideDown_ = value; }
   void setUnderlined(bool value) { underlined_ = value; }
   void setOverlined(bool value) { overlined_ = value; }
+  void setStruckThrough(bool value) { struckThrough_ = value; }
   void setShapeFile(bool value) { shapeFile_ = value; }
 
 private:
@@ -62,5 +64,6 @@ private:
   bool upsideDown_ = false;
   bool underlined_ = false;
   bool overlined_ = false;
+  bool struckThrough_ = false;
   bool shapeFile_ = false;
 };

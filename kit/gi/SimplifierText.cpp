@@ -1,6 +1,6 @@
 // Texts broken into the strokes of a stroke font: each glyph's lines, arcs and outline curves are
 // placed along the text's direction and up vectors, glyph pairs kerned as the font says; under- and
-// overlines are drawn as lines.
+// overlines and strike-through (at half the capital height) are drawn as lines.
 #include <cmath>
 
 #include "kit/gi/OdGiGeometrySimplifier.h"
@@ -48,14 +48,11 @@ void OdGiGeometrySimplifier::textProc(const OdGePoint3d& position, const OdGeVec
         polylineOut(int32_t(points.size()), points.data());
       }
     }
-    if (c.underline || c.overline) {
-      double y = c.underline ? -0.2 : 1.2;
+    bool under = c.underline || style.isUnderlined(), over = c.overline || style.isOverlined();
+    for (double y : {under ? -0.2 : NAN, over ? 1.2 : NAN, style.isStruckThrough() ? 0.5 : NAN}) {
+      if (std::isnan(y)) continue;
       OdGePoint3d line[2] = {at(cursor, y), at(cursor + advance, y)};
       polylineOut(2, line);
-      if (c.underline && c.overline) {
-        OdGePoint3d over[2] = {at(cursor, 1.2), at(cursor + advance, 1.2)};
-        polylineOut(2, over);
-      }
     }
     cursor += advance;
   }

@@ -83,6 +83,8 @@ TEST_F(SvgText, TransformsAndDecorations) {
       {"barely rotated", [](DrvText& t) { t.rotation = 0.005; }, "y=\"80\" transform=\"\" >"},
       {"width 1.0", [](DrvText& t) { t.widthFactor = 1.0; },
        "transform=\"translate(10 -80) scale(1.11111 1) translate(-10 80) \" >"},
+      {"backward", [](DrvText& t) { t.widthFactor = -0.9; },
+       "transform=\"translate(10 -80) scale(-1 1) translate(-10 80) \" >"},
       {"width 0.9", [](DrvText& t) { t.widthFactor = 0.9; }, "y=\"80\" >"},
       {"underline", [](DrvText& t) { t.decoration = 1; }, "y=\"80\" text-decoration=\"underline\" >"},
       {"line-through", [](DrvText& t) { t.decoration = 2; }, "text-decoration=\"line-through\" >"},

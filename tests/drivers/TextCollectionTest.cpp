@@ -152,3 +152,42 @@ TEST_F(TextIntakeTest, FontsNeitherMappedNorOnTheSystemAreReportedAsUnmapped) {
 }
 
 }  // namespace
+
+namespace {
+
+// The font map decides the font a text is written in: by its font name, else by its font file.
+TEST_F(TextIntakeTest, FontMapChoosesTheWrittenFont) {
+  drvtest::WriteText(scratch_.file("dm_font_map.txt"),
+                     "RomanS ==> Times New Roman\ntxt ==> Courier\nisocp.shx ==> DejaVu Sans\nZz ==> Zapf\n");
+  TRANS_BASE2 mapped;
+  mapped.ResetFile();
+  mapped.DefineView(W("V"), kViewModelSpace);
+  mapped.SetLayer(W("TEXT"), 7);
+  struct Case {
+    const char* fontName;
+    const char* fontFile;
+    const char* written;
+  };
+  const Case cases[] = {
+      {"RomanS", "", "Times New Roman"},
+      {"romans", "", "Times New Roman"},
+      {"Arial", "C:\\Fonts\\TXT.SHX", "Courier"},
+      {"Arial", "isocp.shx", "DejaVu Sans"},
+      {"Arial", "other.shx", "Arial"},
+      {"Zz", "txt.shx", "Courier"},
+  };
+  double height = 1.0;
+  for (const Case& c : cases) {
+    TextRecord record;
+    record.fontName = c.fontName;
+    record.fontFile = c.fontFile;
+    record.text = OdString(L"x");
+    record.height = height++;  // a group of its own each
+    ASSERT_EQ(mapped.DrawText(record), 1);
+    const auto& fonts = mapped.GetCurrentView()->layers.at(W("TEXT")).findColorGroup(7)->fontGroups;
+    EXPECT_EQ(fonts.back().fontName, c.written) << c.fontName << " " << c.fontFile;
+  }
+  EXPECT_EQ(mapped.GetUnmappedFonts().count("RomanS"), 0u);
+}
+
+}  // namespace

@@ -112,7 +112,7 @@ TEST_F(TextEntryTest, StrokeFontsOfTheDriverAndStrokeAllAreStroked) {
 
 TEST_F(TextEntryTest, NativeTextKeepsPositionHeightAndRotation) {
   RecordingDriver& driver = UseDriver();
-  Draw(L"%%UHall", TrueType(L"Arial"), {0, 2.5, 0}, {-2.5, 0, 0});
+  Draw(L"%%UHall", TrueType(L"Arial"), {0, 2.5, 0}, {2.5, 0, 0});
   ASSERT_EQ(driver.Texts().size(), 1u);
   const DrvText text = driver.Texts()[0];
   EXPECT_EQ(text.position, OdGePoint2d(10, 20));
@@ -158,6 +158,47 @@ TEST_F(TextEntryTest, IsocpSpecialCharactersAreStroked) {
   EXPECT_TRUE(driver.Texts().empty());
   Draw(L"2020", Shx(L"es_isocp.shx"));
   EXPECT_EQ(driver.Texts().size(), 1u);
+}
+
+// A mirrored text keeps the angle of its up vector and runs backward: a negative width factor.
+TEST_F(TextEntryTest, MirroredTextsAreWrittenWithANegativeWidth) {
+  RecordingDriver& driver = UseDriver();
+  g_EntityRuleState.outputYDown = 0;
+  struct Case {
+    OdGeVector3d direction, up;
+    double rotation;
+    bool negative;
+  };
+  const Case cases[] = {
+      {{2.5, 0, 0}, {0, 2.5, 0}, 0.0, false},     // plain
+      {{-2.5, 0, 0}, {0, 2.5, 0}, 0.0, true},     // backward
+      {{2.5, 0, 0}, {0, -2.5, 0}, 180.0, true},   // upside down
+      {{-2.5, 0, 0}, {0, -2.5, 0}, 180.0, false}, // both: half a turn
+      {{0, -2.5, 0}, {-2.5, 0, 0}, 90.0, true},   // backward, turned a quarter
+  };
+  for (const Case& c : cases) Draw(L"Hall", TrueType(L"Arial"), c.direction, c.up);
+  std::vector<DrvText> texts = driver.Texts();
+  ASSERT_EQ(texts.size(), std::size(cases));
+  for (size_t i = 0; i < texts.size(); ++i) {
+    SCOPED_TRACE(i);
+    EXPECT_NEAR(texts[i].rotation, cases[i].rotation, 1e-9);
+    EXPECT_EQ(texts[i].widthFactor < 0.0, cases[i].negative);
+    EXPECT_NEAR(std::fabs(texts[i].widthFactor), 0.9, 1e-9);
+  }
+  // Device y running down turns the sense of "clockwise" round as well.
+  g_EntityRuleState.outputYDown = 1;
+  Draw(L"Hall", TrueType(L"Arial"), {-2.5, 0, 0}, {0, -2.5, 0});
+  EXPECT_NEAR(driver.Texts().back().rotation, 0.0, 1e-9);
+  EXPECT_LT(driver.Texts().back().widthFactor, 0.0);
+}
+
+TEST_F(TextEntryTest, StruckThroughTextIsWrittenWithLineThrough) {
+  RecordingDriver& driver = UseDriver();
+  OdGiTextStyle style = TrueType(L"Arial");
+  style.setStruckThrough(true);
+  Draw(L"gone", style);
+  ASSERT_EQ(driver.Texts().size(), 1u);
+  EXPECT_EQ(driver.Texts()[0].decoration, 2);
 }
 
 }  // namespace

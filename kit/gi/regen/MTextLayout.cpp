@@ -1,7 +1,6 @@
 #include "kit/gi/regen/MTextLayout.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <string>
 
@@ -11,322 +10,327 @@ namespace {
 
 constexpr double kLineSpacing = 5.0 / 3.0;  // baseline to baseline, in text heights
 constexpr double kDescent = 1.0 / 3.0;
-constexpr size_t kMaxRuns = 200000;
-
-// One piece of parsed text: characters in a format, or a line break.
-struct Piece {
-  std::u32string text;
-  MTextFormat format;
-  bool lineBreak = false;
-};
-
-double parseValue(const std::u32string& s, double fallback) {
-  std::string narrow;
-  for (char32_t c : s) {
-    if (c < 128) narrow += char(c);
-  }
-  double value = fallback;
-  auto result = std::from_chars(narrow.data(), narrow.data() + narrow.size(), value);
-  return (result.ec == std::errc() && std::isfinite(value)) ? value : fallback;
-}
-
-class MTextParser {
-public:
-  MTextParser(const MTextLayoutInput& input) : s_(input.contents) {
-    base_.height = input.height;
-    base_.widthFactor = input.widthFactor;
-    stack_.push_back(base_);
-  }
-
-  std::vector<Piece> parse() {
-    while (i_ < s_.size() && pieces_.size() < kMaxRuns) step();
-    flush();
-    return std::move(pieces_);
-  }
-
-private:
-  MTextFormat& format() { return stack_.back(); }
-
-  void flush() {
-    if (!text_.empty()) pieces_.push_back({std::move(text_), current_, false});
-    text_.clear();
-  }
-  void append(const std::u32string& text) {
-    if (text_.empty()) current_ = format();
-    text_ += text;
-  }
-  void formatChanged() { flush(); }
-  void lineBreak() {
-    flush();
-    pieces_.push_back({{}, format(), true});
-  }
-  // The argument of a code up to its ';' (or the end).
-  std::u32string argument() {
-    size_t end = s_.find(U';', i_);
-    if (end == std::u32string::npos) end = s_.size();
-    std::u32string arg = s_.substr(i_, end - i_);
-    i_ = std::min(end + 1, s_.size());
-    return arg;
-  }
-
-  void step() {
-    char32_t c = s_[i_];
-    if (c == U'{') {
-      ++i_;
-      formatChanged();
-      if (stack_.size() < 64) stack_.push_back(format());
-      return;
-    }
-    if (c == U'}') {
-      ++i_;
-      formatChanged();
-      if (stack_.size() > 1) stack_.pop_back();
-      return;
-    }
-    if (c == U'^' && i_ + 1 < s_.size()) {
-      char32_t n = s_[i_ + 1];
-      i_ += 2;
-      if (n == U'J') lineBreak();
-      else if (n == U'I') append(U"    ");
-      else if (n == U' ') append(U"^");
-      else if (n != U'M') append(std::u32string(1, U'^') + n);
-      return;
-    }
-    if (c == U'\t') {
-      ++i_;
-      append(U"    ");
-      return;
-    }
-    if (c == U'\n') {
-      ++i_;
-      lineBreak();
-      return;
-    }
-    if (c != U'\\' || i_ + 1 >= s_.size()) {
-      ++i_;
-      append(std::u32string(1, c));
-      return;
-    }
-    char32_t code = s_[i_ + 1];
-    i_ += 2;
-    switch (code) {
-      case U'P': case U'N': case U'X': lineBreak(); break;
-      case U'~': append(U" "); break;
-      case U'\\': case U'{': case U'}': append(std::u32string(1, code)); break;
-      case U'L': case U'l': formatChanged(); format().underline = code == U'L'; break;
-      case U'O': case U'o': formatChanged(); format().overline = code == U'O'; break;
-      case U'K': case U'k': formatChanged(); format().strike = code == U'K'; break;
-      case U'H': {
-        std::u32string arg = argument();
-        formatChanged();
-        bool relative = !arg.empty() && (arg.back() == U'x' || arg.back() == U'X');
-        if (relative) arg.pop_back();
-        double value = parseValue(arg, 0.0);
-        if (value > 0.0) format().height = relative ? format().height * value : value;
-        break;
-      }
-      case U'W': {
-        double value = parseValue(argument(), 0.0);
-        formatChanged();
-        if (value > 0.0) format().widthFactor = value;
-        break;
-      }
-      case U'Q': {
-        double value = parseValue(argument(), 0.0);
-        formatChanged();
-        format().oblique = std::clamp(value, -85.0, 85.0) * 3.14159265358979323846 / 180.0;
-        break;
-      }
-      case U'T': {
-        double value = parseValue(argument(), 1.0);
-        formatChanged();
-        format().tracking = std::clamp(value, 0.75, 4.0);
-        break;
-      }
-      case U'C': {
-        double value = parseValue(argument(), 256.0);
-        formatChanged();
-        int index = int(value);
-        format().hasColor = index >= 1 && index <= 255;
-        if (format().hasColor) format().color = OdCmEntityColor::fromACI(index);
-        break;
-      }
-      case U'c': {
-        double value = parseValue(argument(), -1.0);
-        formatChanged();
-        format().hasColor = value >= 0.0 && value <= double(0xFFFFFF);
-        if (format().hasColor) format().color = OdCmEntityColor::fromPackedRGB(uint32_t(value));
-        break;
-      }
-      case U'F': case U'f': {
-        std::u32string arg = argument();
-        formatChanged();
-        readFont(arg);
-        break;
-      }
-      case U'S': {
-        // A stack (fraction or tolerance) drawn as one run: "top/bottom".
-        std::u32string arg = argument();
-        for (char32_t& ch : arg) {
-          if (ch == U'^' || ch == U'#') ch = U'/';
-        }
-        std::u32string clean;
-        for (size_t k = 0; k < arg.size(); ++k) {
-          if (arg[k] == U'\\' && k + 1 < arg.size()) ++k;
-          clean += arg[k];
-        }
-        append(clean);
-        break;
-      }
-      case U'A': case U'p': case U'a': argument(); break;
-      case U'U': case U'M':
-        // Unicode and multibyte escapes stay in the text for the run's consumer to decode.
-        append(std::u32string(1, U'\\') + code);
-        break;
-      default: break;  // an unknown code is dropped with its letter
-    }
-  }
-
-  void readFont(const std::u32string& arg) {
-    size_t bar = arg.find(U'|');
-    std::u32string name = arg.substr(0, bar);
-    format().font.clear();
-    for (char32_t ch : name) format().font += ch < 128 ? char(ch) : '_';
-    format().bold = false;
-    format().italic = false;
-    while (bar != std::u32string::npos && bar + 2 < arg.size() + 1) {
-      size_t next = arg.find(U'|', bar + 1);
-      std::u32string field = arg.substr(bar + 1, next == std::u32string::npos ? std::u32string::npos : next - bar - 1);
-      if (field.size() >= 2 && field[0] == U'b') format().bold = field[1] == U'1';
-      if (field.size() >= 2 && field[0] == U'i') format().italic = field[1] == U'1';
-      bar = next;
-    }
-  }
-
-  const std::u32string& s_;
-  size_t i_ = 0;
-  MTextFormat base_;
-  std::vector<MTextFormat> stack_;
-  MTextFormat current_;
-  std::u32string text_;
-  std::vector<Piece> pieces_;
-};
-
-// Splits text into words, each with the spaces after it.
-std::vector<std::u32string> words(const std::u32string& text) {
-  std::vector<std::u32string> result;
-  size_t i = 0;
-  while (i < text.size()) {
-    size_t end = i;
-    while (end < text.size() && text[end] != U' ') ++end;
-    while (end < text.size() && text[end] == U' ') ++end;
-    result.push_back(text.substr(i, end - i));
-    i = end;
-  }
-  return result;
-}
-
-std::u32string withoutTrailingSpaces(const std::u32string& text) {
-  size_t end = text.find_last_not_of(U' ');
-  return end == std::u32string::npos ? std::u32string() : text.substr(0, end + 1);
-}
+constexpr size_t kMaxLines = 200000;
+// Justified words become runs of their own up to this many in all; later ones join their line's run.
+constexpr size_t kMaxWordRuns = 200000;
+constexpr double kStackScale = 0.7;       // a stack's parts, in heights of the text around
+constexpr double kDefaultTabHeights = 4.0;  // default tab stops, in heights of the text
 
 bool sameFormat(const MTextFormat& a, const MTextFormat& b) {
   return a.height == b.height && a.widthFactor == b.widthFactor && a.oblique == b.oblique &&
-         a.tracking == b.tracking && a.font == b.font && a.bold == b.bold && a.italic == b.italic &&
-         a.underline == b.underline && a.overline == b.overline && a.strike == b.strike &&
-         a.hasColor == b.hasColor && (!a.hasColor || a.color == b.color);
+         a.tracking == b.tracking && a.verticalAlign == b.verticalAlign && a.font == b.font &&
+         a.shxFont == b.shxFont && a.bold == b.bold && a.italic == b.italic && a.underline == b.underline &&
+         a.overline == b.overline && a.strike == b.strike && a.hasColor == b.hasColor &&
+         (!a.hasColor || a.color == b.color);
 }
+
+size_t trailingSpaces(const std::u32string& text) {
+  size_t end = text.find_last_not_of(U' ');
+  return end == std::u32string::npos ? text.size() : text.size() - end - 1;
+}
+
+// One line under construction, with where it starts and how its paragraph places it.
+struct OpenLine {
+  MTextLine line;
+  int paragraph = 0;
+  double start = 0.0;   // the indent the line starts at
+  double cursor = 0.0;  // where the next run goes
+  bool endsParagraph = false;
+  bool splitRuns = false;  // a tab or stack: the next text starts a new run
+  bool used = false;       // holds a run or a tab
+};
 
 class LineBuilder {
 public:
-  LineBuilder(const MTextLayoutInput& input, const MTextMeasure& measure) : input_(input), measure_(measure) {
-    lines_.emplace_back();
+  LineBuilder(const MTextLayoutInput& input, const std::vector<MTextParagraph>& paragraphs,
+              const MTextMeasure& measure)
+      : input_(input), paragraphs_(paragraphs), measure_(measure) {
+    openLine(0, true);
   }
 
-  void addText(const std::u32string& text, const MTextFormat& format) {
-    if (!(input_.referenceWidth > 0.0)) {
-      place(text, format);
-      return;
+  void add(const MTextPiece& piece) {
+    if (full_) return;
+    current().paragraph = piece.paragraph;
+    // Paragraph codes at the start of a paragraph already apply to its first line.
+    if (!current().used) current().start = current().cursor = indentFor(piece.paragraph, firstLine_);
+    switch (piece.kind) {
+      case MTextPiece::kText: addText(piece.text, piece.format); break;
+      case MTextPiece::kStack: addStack(piece.stack, piece.format); break;
+      case MTextPiece::kTab: addTab(piece.format); break;
+      case MTextPiece::kParagraphBreak:
+      case MTextPiece::kColumnBreak:
+        noteHeight(piece.format.height);
+        current().endsParagraph = true;
+        breakLine(piece.paragraph + 1, true);
+        if (piece.kind == MTextPiece::kColumnBreak) current().line.columnBreakBefore = true;
+        break;
     }
-    for (const std::u32string& word : words(text)) {
-      MTextLine& line = lines_.back();
-      double wordWidth = measure_(withoutTrailingSpaces(word), format);
-      if (!line.runs.empty() && line.width + wordWidth > input_.referenceWidth * 1.000001) {
-        breakLine(format);
-        std::u32string trimmed = word.substr(std::min(word.find_first_not_of(U' '), word.size()));
-        place(trimmed, format);
-      } else {
-        place(word, format);
-      }
-    }
-  }
-
-  void breakLine(const MTextFormat& format) {
-    if (lines_.back().runs.empty()) lines_.back().height = std::max(lines_.back().height, format.height);
-    if (lines_.size() < kMaxRuns) lines_.emplace_back();
   }
 
   MTextLayoutResult finish() {
+    current().endsParagraph = true;
     MTextLayoutResult result;
+    for (OpenLine& open : lines_) {
+      trimTrailingSpaces(open);
+      result.width = std::max(result.width, open.start + open.line.width + rightIndent(open.paragraph));
+    }
+    double blockWidth = input_.referenceWidth > 0.0 ? input_.referenceWidth : result.width;
     double y = 0.0;
     for (size_t i = 0; i < lines_.size(); ++i) {
-      MTextLine& line = lines_[i];
+      OpenLine& open = lines_[i];
+      MTextLine& line = open.line;
       if (!(line.height > 0.0)) line.height = input_.height;
-      // Trailing spaces do not count towards a line's width.
-      if (!line.runs.empty()) {
-        MTextRun& last = line.runs.back();
-        std::u32string trimmed = withoutTrailingSpaces(last.text);
-        if (trimmed.size() != last.text.size()) {
-          last.width = measure_(trimmed, last.format);
-          line.width = last.x + last.width;
-        }
+      align(open, blockWidth);
+      for (MTextRun& run : line.runs) {
+        if (run.format.verticalAlign == 1) run.y = (line.height - run.format.height) / 2;
+        if (run.format.verticalAlign == 2) run.y = line.height - run.format.height;
       }
       double spacingHeight = input_.exactSpacing ? input_.height : line.height;
       y = i == 0 ? -line.height : y - spacingHeight * kLineSpacing * input_.lineSpacingFactor;
       line.baseline = y;
-      result.width = std::max(result.width, line.width);
     }
-    if (!lines_.empty()) result.height = -lines_.back().baseline + lines_.back().height * kDescent;
-    result.lines = std::move(lines_);
+    if (!lines_.empty()) result.height = -lines_.back().line.baseline + lines_.back().line.height * kDescent;
+    result.lines.reserve(lines_.size());
+    for (OpenLine& open : lines_) result.lines.push_back(std::move(open.line));
+    if (input_.columns) splitIntoColumns(result);
     return result;
   }
 
 private:
-  void place(const std::u32string& text, const MTextFormat& format) {
-    if (text.empty()) return;
-    MTextLine& line = lines_.back();
-    line.height = std::max(line.height, format.height);
-    if (!line.runs.empty() && sameFormat(line.runs.back().format, format)) {
-      MTextRun& run = line.runs.back();
-      run.text += text;
-      run.width = measure_(run.text, format);
-    } else {
-      MTextRun run;
-      run.text = text;
-      run.format = format;
-      run.x = line.width;
-      run.width = measure_(text, format);
-      line.runs.push_back(std::move(run));
+  OpenLine& current() { return lines_.back(); }
+
+  const MTextParagraph& paragraph(int index) const {
+    static const MTextParagraph none;
+    return index >= 0 && size_t(index) < paragraphs_.size() ? paragraphs_[size_t(index)] : none;
+  }
+  double indentFor(int index, bool first) const {
+    const MTextParagraph& p = paragraph(index);
+    return std::max(0.0, p.leftIndent + (first ? p.firstIndent : 0.0));
+  }
+  double rightIndent(int index) const { return std::max(0.0, paragraph(index).rightIndent); }
+  bool wraps() const { return input_.referenceWidth > 0.0; }
+  double rightEdge(int index) const { return input_.referenceWidth - rightIndent(index); }
+  MTextAlign alignment(int index) const {
+    MTextAlign a = paragraph(index).align;
+    return a == MTextAlign::kDefault ? input_.defaultAlign : a;
+  }
+
+  void openLine(int paragraphIndex, bool firstOfParagraph) {
+    firstLine_ = firstOfParagraph;
+    OpenLine line;
+    line.paragraph = paragraphIndex;
+    line.start = line.cursor = indentFor(paragraphIndex, firstOfParagraph);
+    lines_.push_back(std::move(line));
+  }
+
+  void breakLine(int nextParagraph, bool newParagraph) {
+    if (lines_.size() >= kMaxLines) {
+      full_ = true;
+      return;
     }
-    line.width = line.runs.back().x + line.runs.back().width;
+    openLine(nextParagraph, newParagraph);
+  }
+
+  void noteHeight(double height) { current().line.height = std::max(current().line.height, height); }
+
+  void addText(const std::u32string& text, const MTextFormat& format) {
+    if (!wraps()) {
+      place(text, measure_(text, format), format);
+      return;
+    }
+    bool justified = alignment(current().paragraph) == MTextAlign::kJustified;
+    for (size_t i = 0; i < text.size() && !full_;) {
+      size_t end = text.find(U' ', i);
+      if (end == std::u32string::npos) end = text.size();
+      size_t spacesEnd = text.find_first_not_of(U' ', end);
+      if (spacesEnd == std::u32string::npos) spacesEnd = text.size();
+      std::u32string word = text.substr(i, end - i);
+      // A word's extent decides the break; its advance with the blanks after it moves on.
+      double extent = word.empty() ? 0.0 : measure_(word, format);
+      word.append(spacesEnd - end, U' ');
+      double advance = spacesEnd > end ? measure_(word, format) : extent;
+      bool overflows = current().cursor + extent > rightEdge(current().paragraph) * 1.000001;
+      if (!current().line.runs.empty() && overflows && extent > 0.0) {
+        breakLine(current().paragraph, false);
+        if (full_) return;
+      }
+      if (justified && wordRuns_ < kMaxWordRuns) {
+        current().splitRuns = true;
+        ++wordRuns_;
+      }
+      // A line does not begin with the blanks that ended the line before.
+      if (!(current().line.runs.empty() && word.front() == U' ')) place(word, advance, format);
+      i = spacesEnd;
+    }
+  }
+
+  void addStack(const MTextStack& stack, const MTextFormat& format) {
+    MTextFormat part = format;
+    part.height = format.height * kStackScale;
+    double topWidth = stack.top.empty() ? 0.0 : measure_(stack.top, part);
+    double bottomWidth = stack.bottom.empty() ? 0.0 : measure_(stack.bottom, part);
+    MTextStackGeometry shape = stackGeometry(stack.kind, format.height, topWidth, bottomWidth);
+    double width = std::max({shape.topX + topWidth, shape.bottomX + bottomWidth, shape.lineX1});
+    if (wraps() && !current().line.runs.empty() && current().cursor + width > rightEdge(current().paragraph)) {
+      breakLine(current().paragraph, false);
+      if (full_) return;
+    }
+    MTextRun run;
+    run.format = format;
+    run.x = current().cursor;
+    run.width = width;
+    run.stacked = std::make_shared<const MTextStacked>(MTextStacked{stack, shape});
+    push(std::move(run));
+    current().splitRuns = true;
+  }
+
+  void addTab(const MTextFormat& format) {
+    noteHeight(format.height);
+    const MTextParagraph& p = paragraph(current().paragraph);
+    double cursor = current().cursor;
+    auto stop = std::upper_bound(p.tabs.begin(), p.tabs.end(), cursor + 1e-9);
+    double step = kDefaultTabHeights * input_.height;
+    double next = stop != p.tabs.end() ? *stop : (std::floor(cursor / step + 1e-9) + 1.0) * step;
+    current().cursor = std::isfinite(next) ? next : cursor;
+    current().splitRuns = true;
+    current().used = true;
+  }
+
+  void place(const std::u32string& text, double width, const MTextFormat& format) {
+    if (text.empty()) return;
+    OpenLine& open = current();
+    std::vector<MTextRun>& runs = open.line.runs;
+    if (!runs.empty() && !open.splitRuns && !runs.back().stacked && sameFormat(runs.back().format, format)) {
+      runs.back().text += text;
+      runs.back().width += width;
+      open.cursor += width;
+      open.line.width = open.cursor - open.start;
+      return;
+    }
+    MTextRun run;
+    run.text = text;
+    run.format = format;
+    run.x = open.cursor;
+    run.width = width;
+    push(std::move(run));
+  }
+
+  void push(MTextRun run) {
+    OpenLine& open = current();
+    noteHeight(run.format.height);
+    open.cursor = run.x + run.width;
+    open.line.width = open.cursor - open.start;
+    open.line.runs.push_back(std::move(run));
+    open.splitRuns = false;
+    open.used = true;
+  }
+
+  // Trailing blanks do not count towards a line's width.
+  void trimTrailingSpaces(OpenLine& open) {
+    if (open.line.runs.empty()) return;
+    MTextRun& last = open.line.runs.back();
+    size_t blanks = last.stacked ? 0 : trailingSpaces(last.text);
+    if (blanks == 0) return;
+    last.text.erase(last.text.size() - blanks);
+    last.width = last.text.empty() ? 0.0 : measure_(last.text, last.format);
+    open.line.width = last.x + last.width - open.start;
+  }
+
+  void align(OpenLine& open, double blockWidth) {
+    MTextLine& line = open.line;
+    double room = blockWidth - rightIndent(open.paragraph) - open.start - line.width;
+    MTextAlign a = alignment(open.paragraph);
+    double shift = a == MTextAlign::kCenter ? room / 2 : a == MTextAlign::kRight ? room : 0.0;
+    bool spreads = (a == MTextAlign::kJustified && !open.endsParagraph) || a == MTextAlign::kDistributed;
+    if (spreads && wraps() && line.runs.size() > 1 && room > 0.0) {
+      double gap = room / double(line.runs.size() - 1);
+      for (size_t k = 0; k < line.runs.size(); ++k) line.runs[k].x += gap * double(k);
+      line.width += room;
+      return;
+    }
+    if (!(std::isfinite(shift)) || shift == 0.0) return;
+    for (MTextRun& run : line.runs) run.x += shift;
+  }
+
+  double columnLimit(int column) const {
+    if (size_t(column) < input_.columnHeights.size()) return input_.columnHeights[size_t(column)];
+    return input_.columnHeights.empty() ? input_.columnHeight : 0.0;
+  }
+
+  // Lines moved into columns side by side, each column's first line at the column's top.
+  void splitIntoColumns(MTextLayoutResult& result) const {
+    double columnWidth = std::max(input_.referenceWidth, 0.0);
+    double step = columnWidth + std::max(input_.columnGutter, 0.0);
+    int column = 0;
+    double shift = 0.0;  // added to baselines in the current column
+    result.height = 0.0;
+    for (size_t i = 0; i < result.lines.size(); ++i) {
+      MTextLine& line = result.lines[i];
+      double bottom = -(line.baseline + shift) + line.height * kDescent;
+      double limit = columnLimit(column);
+      bool more = input_.columnCount <= 0 || column + 1 < input_.columnCount;
+      bool overflows = limit > 0.0 && bottom > limit * 1.000001;
+      if (i > 0 && more && (line.columnBreakBefore || overflows)) {
+        ++column;
+        shift = -line.height - line.baseline;
+      }
+      line.baseline += shift;
+      line.column = column;
+      for (MTextRun& run : line.runs) run.x += step * column;
+      result.height = std::max(result.height, -line.baseline + line.height * kDescent);
+    }
+    result.width = std::max(result.width, step * column + columnWidth);
   }
 
   const MTextLayoutInput& input_;
+  const std::vector<MTextParagraph>& paragraphs_;
   const MTextMeasure& measure_;
-  std::vector<MTextLine> lines_;
+  std::vector<OpenLine> lines_;
+  bool firstLine_ = true;
+  bool full_ = false;
+  size_t wordRuns_ = 0;
 };
 
 }  // namespace
 
-MTextLayoutResult layoutMText(const MTextLayoutInput& input, const MTextMeasure& measure) {
-  MTextParser parser(input);
-  std::vector<Piece> pieces = parser.parse();
-  LineBuilder builder(input, measure);
-  for (const Piece& piece : pieces) {
-    if (piece.lineBreak) builder.breakLine(piece.format);
-    else builder.addText(piece.text, piece.format);
+MTextStackGeometry stackGeometry(MTextStack::Kind kind, double lineHeight, double topWidth, double bottomWidth) {
+  MTextStackGeometry g;
+  g.kind = kind;
+  double h = lineHeight;
+  g.height = h * kStackScale;
+  double gap = 0.1 * h;
+  if (kind == MTextStack::kDiagonal) {
+    // Numerator raised at the left, denominator at the right on the baseline, a slash between.
+    g.topY = 0.45 * h;
+    g.bottomY = -0.1 * h;
+    g.hasLine = true;
+    g.lineX0 = topWidth + gap / 2;
+    g.lineY0 = -0.15 * h;
+    g.lineX1 = g.lineX0 + 0.45 * h;
+    g.lineY1 = 1.15 * h;
+    g.bottomX = g.lineX1 + gap / 2;
+    return g;
   }
+  // One part above the other about a bar at a little under half the text's height.
+  double bar = 0.4 * h;
+  g.topY = bar + gap;
+  g.bottomY = bar - gap - g.height;
+  double width = std::max(topWidth, bottomWidth);
+  if (kind == MTextStack::kBar) {
+    g.topX = (width - topWidth) / 2 + gap / 2;
+    g.bottomX = (width - bottomWidth) / 2 + gap / 2;
+    g.hasLine = true;
+    g.lineX0 = 0.0;
+    g.lineX1 = width + gap;
+    g.lineY0 = g.lineY1 = bar;
+  }
+  return g;
+}
+
+MTextLayoutResult layoutMText(const MTextLayoutInput& input, const MTextMeasure& measure) {
+  MTextParsed parsed = parseMTextCodes(input.contents, input.height, input.widthFactor);
+  LineBuilder builder(input, parsed.paragraphs, measure);
+  for (const MTextPiece& piece : parsed.pieces) builder.add(piece);
   return builder.finish();
 }
 

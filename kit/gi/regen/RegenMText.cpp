@@ -38,13 +38,12 @@ Frame frameOf(const MTextData& text) {
 OdGiTextStyle styleFor(GiRegenContext& ctx, const MTextData& text, const MTextFormat& format) {
   OdGiTextStyle style = ctx.textStyleOf(text.style, format.height, format.widthFactor, format.oblique);
   if (!format.font.empty()) {
-    OdString name = toOdString(format.font);
-    bool shx = format.font.size() > 4 && (format.font.ends_with(".shx") || format.font.ends_with(".SHX"));
-    if (shx) {
-      style.setFileName(name);
+    bool extension = format.font.size() > 4 && (format.font.ends_with(".shx") || format.font.ends_with(".SHX"));
+    if (format.shxFont || extension) {
+      style.setFileName(toOdString(extension ? format.font : format.font + ".shx"));
       style.setTypeface(OdString(), false, false);
     } else {
-      style.setTypeface(name, format.bold, format.italic);
+      style.setTypeface(toOdString(format.font), format.bold, format.italic);
     }
   }
   return style;
@@ -64,12 +63,67 @@ void drawBox(GiRegenContext& ctx, const Frame& f, double left, double top, doubl
   ctx.traits().setAll(before);
 }
 
+// One run of characters from its baseline start: each glyph spaced out by the run's tracking.
+void drawChars(GiRegenContext& ctx, const MTextData& text, const Frame& f, double x, double y,
+               const std::u32string& chars, const MTextFormat& format, const OdGiTextStyle& style) {
+  double h = format.height;
+  OdGeVector3d direction = f.x * (h * format.widthFactor);
+  OdGeVector3d up = (f.y + f.x * std::tan(format.oblique)) * h;
+  auto draw = [&](double at, const std::u32string& part) {
+    std::wstring wide(part.begin(), part.end());
+    ctx.geometry().textProc(f.at(at, y), direction, up, wide.c_str(), int32_t(wide.size()), false, &style);
+  };
+  if (format.tracking == 1.0 || chars.size() < 2) {
+    draw(x, chars);
+    return;
+  }
+  // Tracking spaces the glyphs out: each is drawn on its own, its escapes decoded first.
+  OdGiTextStyle measuring = styleFor(ctx, text, format);
+  double advance = 0.0;
+  for (const DecodedChar& c : decodeTextCodes(chars, false)) {
+    std::u32string one(1, c.ch);
+    draw(x + advance, one);
+    advance += measureText(measuring, one) * h * format.widthFactor * format.tracking;
+  }
+}
+
+void drawLine(GiRegenContext& ctx, const Frame& f, double x0, double y0, double x1, double y1) {
+  OdGePoint3d line[2] = {f.at(x0, y0), f.at(x1, y1)};
+  ctx.geometry().polylineProc(2, line, &f.normal);
+}
+
+void drawStack(GiRegenContext& ctx, const MTextData& text, const Frame& f, double x, double y, const MTextRun& run) {
+  const MTextStackGeometry& g = run.stacked->shape;
+  const MTextStack& stack = run.stacked->stack;
+  MTextFormat part = run.format;
+  part.height = g.height;
+  OdGiTextStyle style = styleFor(ctx, text, part);
+  if (!stack.top.empty()) drawChars(ctx, text, f, x + g.topX, y + g.topY, stack.top, part, style);
+  if (!stack.bottom.empty()) drawChars(ctx, text, f, x + g.bottomX, y + g.bottomY, stack.bottom, part, style);
+  if (g.hasLine) drawLine(ctx, f, x + g.lineX0, y + g.lineY0, x + g.lineX1, y + g.lineY1);
+}
+
+void drawRun(GiRegenContext& ctx, const MTextData& text, const Frame& f, double x, double y, const MTextRun& run) {
+  if (run.stacked) {
+    drawStack(ctx, text, f, x, y, run);
+    return;
+  }
+  if (run.text.find_first_not_of(U' ') == std::u32string::npos) return;
+  OdGiTextStyle style = styleFor(ctx, text, run.format);
+  style.setUnderlined(run.format.underline);
+  style.setOverlined(run.format.overline);
+  style.setStruckThrough(run.format.strike);
+  drawChars(ctx, text, f, x, y, run.text, run.format, style);
+}
+
 }  // namespace
 
 void regenMText(GiRegenContext& ctx, const MTextData& text) {
   if (text.text.empty()) return;
   double height = text.height > 0.0 && std::isfinite(text.height) ? text.height : ctx.database().header().textSize;
   double widthFactor = text.style && text.style->widthFactor > 0.0 ? text.style->widthFactor : 1.0;
+  int attachment = text.attachment >= 1 && text.attachment <= 9 ? text.attachment : 1;
+  int column = (attachment - 1) % 3, row = (attachment - 1) / 3;
   MTextLayoutInput input;
   input.contents = utf8ToU32(text.text);
   input.height = height;
@@ -77,6 +131,16 @@ void regenMText(GiRegenContext& ctx, const MTextData& text) {
   input.referenceWidth = text.referenceWidth > 0.0 && std::isfinite(text.referenceWidth) ? text.referenceWidth : 0.0;
   input.lineSpacingFactor = text.lineSpacingFactor > 0.0 ? text.lineSpacingFactor : 1.0;
   input.exactSpacing = text.lineSpacingStyle == 2;
+  if (text.columnType != 0 && text.columnWidth > 0.0 && std::isfinite(text.columnWidth)) {
+    input.columns = true;
+    input.referenceWidth = text.columnWidth;
+    input.columnGutter = std::isfinite(text.columnGutter) ? text.columnGutter : 0.0;
+    input.columnCount = text.columnType == 1 ? text.columnCount : 0;
+    bool manual = text.columnType == 2 && !text.columnAutoHeight;
+    if (manual) input.columnHeights = text.columnHeights;
+    input.columnHeight = text.definedHeight > 0.0 && std::isfinite(text.definedHeight) ? text.definedHeight : 0.0;
+  }
+  input.defaultAlign = column == 0 ? MTextAlign::kLeft : column == 1 ? MTextAlign::kCenter : MTextAlign::kRight;
   auto measure = [&](const std::u32string& run, const MTextFormat& format) {
     std::u32string chars;
     for (const DecodedChar& c : decodeTextCodes(run, false)) chars += c.ch;
@@ -84,9 +148,7 @@ void regenMText(GiRegenContext& ctx, const MTextData& text) {
   };
   MTextLayoutResult layout = layoutMText(input, measure);
   Frame f = frameOf(text);
-  int attachment = text.attachment >= 1 && text.attachment <= 9 ? text.attachment : 1;
-  int column = (attachment - 1) % 3, row = (attachment - 1) / 3;
-  double blockWidth = input.referenceWidth > 0.0 ? input.referenceWidth : layout.width;
+  double blockWidth = input.columns ? layout.width : input.referenceWidth > 0.0 ? input.referenceWidth : layout.width;
   double top = row == 0 ? 0.0 : row == 1 ? layout.height / 2 : layout.height;
   double left = column == 0 ? 0.0 : column == 1 ? -blockWidth / 2 : -blockWidth;
 
@@ -98,21 +160,10 @@ void regenMText(GiRegenContext& ctx, const MTextData& text) {
   }
   OdGiSubEntityTraitsData entityTraits = ctx.effectiveTraits();
   for (const MTextLine& line : layout.lines) {
-    double lineLeft = column == 0 ? left : column == 1 ? -line.width / 2 : -line.width;
-    if (input.referenceWidth > 0.0 && column == 0) lineLeft = left;
     for (const MTextRun& run : line.runs) {
-      if (run.text.find_first_not_of(U' ') == std::u32string::npos) continue;
       if (run.format.hasColor) ctx.traits().setTrueColor(run.format.color);
       else ctx.traits().setAll(entityTraits);
-      OdGiTextStyle style = styleFor(ctx, text, run.format);
-      style.setUnderlined(run.format.underline);
-      style.setOverlined(run.format.overline);
-      double h = run.format.height;
-      OdGeVector3d direction = f.x * (h * run.format.widthFactor);
-      OdGeVector3d up = (f.y + f.x * std::tan(run.format.oblique)) * h;
-      std::wstring wide(run.text.begin(), run.text.end());
-      ctx.geometry().textProc(f.at(lineLeft + run.x, top + line.baseline), direction, up, wide.c_str(),
-                              int32_t(wide.size()), false, &style);
+      drawRun(ctx, text, f, left + run.x, top + line.baseline + run.y, run);
     }
   }
   ctx.traits().setAll(entityTraits);
