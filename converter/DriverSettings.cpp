@@ -51,6 +51,9 @@ void CDm2017::HandOverSettings(int format) {
   driver.SetJSONFile(jsonFile);
   driver.SetPointCircle(pointCircle);
   if (precision > 0) driver.SetPrecision(precision);
+  if (version > 0) driver.SetOutputVersion(version);
+  // Black, grey or white page; an unset background (-1) leaves the page white.
+  if (background >= 0 && background <= 255) driver.SetPageBackground(background);
 
   // The list records the layer states of the drawing, before every layer is switched on.
   if (format == 1016 && csvOutput) WriteCSVLayerList(csvFileName.isEmpty() ? outputName : csvFileName);

@@ -298,6 +298,8 @@ public:
   void SetWorldExtents(double llx, double lly, double urx, double ury);
   bool GetWorldExtents(double& llx, double& lly, double& urx, double& ury) const;
   void SetBackgroundColor(int index) { m_backgroundColor = index; }
+  // The page colour the run asked for; every new file starts with it.
+  void SetPageBackground(int index) { m_pageBackground = index; m_backgroundColor = index; }
   int GetBackgroundColor() const { return m_backgroundColor; }
   bool BackgroundIsBlack() const;
   void SetPrecision(int decimals) { m_precision = decimals; }
@@ -635,6 +637,7 @@ protected:
   std::vector<DrvRgb> m_colorTable;
   int m_colorCount = 0;
   int m_backgroundColor = 255;
+  int m_pageBackground = 255;
   std::int64_t m_drawingHeight = 0;
   std::int64_t m_drawingWidth = 0;
   bool m_drawingSizeSet = false;

@@ -292,7 +292,7 @@ void TRANS_BASE2::ResetFile() {
   ResetCoordinateCounters();
   m_currentLayerName = OdString(L"0");
   SetColor(7);
-  m_backgroundColor = 255;
+  m_backgroundColor = m_pageBackground;
   m_previousColor = -1;
   m_attributeColor = -1;
   m_hyperlinkText.empty();

@@ -101,7 +101,7 @@ void DRAWSVG::ResetFile() {
     m_imageCount = 0;
     m_currentLayerName = L"0";
     SetColor(7);
-    m_backgroundColor = 255;
+    m_backgroundColor = m_pageBackground;
     m_currentColor = -1;
     m_previousColor = -1;
     m_otherColorIndex = -1;

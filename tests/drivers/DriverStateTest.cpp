@@ -129,6 +129,11 @@ TEST_F(DriverSettersTest, ResetFileTightensPointToleranceAndRestoresBackground) 
   EXPECT_EQ(driver.GetBackgroundColor(), 255);
   EXPECT_EQ(driver.GetP2xCount(), 0);
   EXPECT_EQ(driver.GetCurrentLayerName(), W("0"));
+  // A black page chosen for the run survives the per-file reset.
+  driver.SetPageBackground(0);
+  driver.SetBackgroundColor(255);
+  driver.ResetFile();
+  EXPECT_TRUE(driver.BackgroundIsBlack());
 }
 
 class ViewListTest : public DriverTest {};

@@ -1,0 +1,47 @@
+// Command-line parameters that shape the SVG file: each run converts a small drawing written by the
+// test and looks for the parameter's mark in the output.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+#include "tests/app/RunProgram.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A red line (colour 1) and a line in colour 7 on layer 0, no header: the program's defaults apply.
+constexpr const char* kDrawing =
+    "0\nSECTION\n2\nENTITIES\n"
+    "0\nLINE\n8\n0\n62\n1\n10\n0\n20\n0\n30\n0\n11\n100.123456\n21\n50.654321\n31\n0\n"
+    "0\nLINE\n8\n0\n62\n7\n10\n0\n20\n50\n30\n0\n11\n100\n21\n0\n31\n0\n"
+    "0\nENDSEC\n0\nEOF\n";
+
+// The SVG the program writes for the drawing with `parameters` added to its command line.
+std::string ConvertWith(const std::string& parameters) {
+  ScratchDirectory dir;
+  std::ofstream(dir.path() / "two.dxf") << kDrawing;
+  const ProgramRun run = RunDm2020("two.dxf two.svg -Q " + parameters, dir.path());
+  EXPECT_EQ(run.status, 0) << parameters << "\n" << run.out << run.err;
+  return ReadWholeFile(dir.path() / "two.svg");
+}
+
+bool Has(const std::string& svg, const std::string& what) { return svg.find(what) != std::string::npos; }
+
+TEST(OutputParameter, VersionOneWritesSvgOneZero) {
+  EXPECT_TRUE(Has(ConvertWith(""), "version=\"1.1\" xmlns="));
+  EXPECT_TRUE(Has(ConvertWith("-VER=1"), "version=\"1.0\" xmlns="));
+  EXPECT_TRUE(Has(ConvertWith("-VER=2"), "version=\"1.1\" xmlns="));
+}
+
+TEST(OutputParameter, BackgroundNamesThePageColour) {
+  EXPECT_TRUE(Has(ConvertWith(""), "background - color: white;"));
+  EXPECT_TRUE(Has(ConvertWith("-B=0"), "background - color: black;"));
+  EXPECT_TRUE(Has(ConvertWith("-BLACK"), "background - color: black;"));
+  EXPECT_TRUE(Has(ConvertWith("-B=WHITE"), "background - color: white;"));
+  // Unset: a white page behind the light palette.
+  EXPECT_TRUE(Has(ConvertWith("-B=-1"), "background - color: white;"));
+}
+
+}  // namespace
