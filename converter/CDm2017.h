@@ -266,7 +266,7 @@ private:
   bool noTextScale = true;
   bool zoomExtents = false;
   bool zoomExtentsPaper = false;
-  int precision = 0;
+  int precision = 2;
   int rasterMaxSize = 15000;
   int margin = 18;
   TRANS_BASE2* outputDriver = nullptr;

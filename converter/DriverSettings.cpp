@@ -50,7 +50,7 @@ void CDm2017::HandOverSettings(int format) {
   driver.SetOrientation(orientation);
   driver.SetJSONFile(jsonFile);
   driver.SetPointCircle(pointCircle);
-  if (precision > 0) driver.SetPrecision(precision);
+  if (precision >= 0) driver.SetPrecision(precision);
   if (version > 0) driver.SetOutputVersion(version);
   // Black, grey or white page; an unset background (-1) leaves the page white.
   if (background >= 0 && background <= 255) driver.SetPageBackground(background);

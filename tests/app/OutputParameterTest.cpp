@@ -2,6 +2,7 @@
 // test and looks for the parameter's mark in the output.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 
@@ -42,6 +43,45 @@ TEST(OutputParameter, BackgroundNamesThePageColour) {
   EXPECT_TRUE(Has(ConvertWith("-B=WHITE"), "background - color: white;"));
   // Unset: a white page behind the light palette.
   EXPECT_TRUE(Has(ConvertWith("-B=-1"), "background - color: white;"));
+}
+
+// The decimals of every coordinate written in path data.
+size_t MostDecimals(const std::string& svg) {
+  size_t most = 0;
+  for (size_t at = svg.find(" d=\""); at != std::string::npos; at = svg.find(" d=\"", at + 1)) {
+    const std::string data = svg.substr(at + 4, svg.find('"', at + 4) - at - 4);
+    size_t run = 0;
+    bool afterPoint = false;
+    for (char c : data) {
+      if (c == '.') {
+        afterPoint = true;
+        run = 0;
+      } else if (afterPoint && c >= '0' && c <= '9') {
+        most = std::max(most, ++run);
+      } else {
+        afterPoint = false;
+      }
+    }
+  }
+  return most;
+}
+
+TEST(OutputParameter, PrecisionSetsTheDecimalsOfCoordinates) {
+  const std::string plain = ConvertWith("");
+  ASSERT_TRUE(Has(plain, " d=\""));
+  EXPECT_EQ(MostDecimals(plain), 2u);
+  for (const char* whole : {"-PREC=0", "-LOW", "-HP=0", "-PREC=LOW"}) EXPECT_EQ(MostDecimals(ConvertWith(whole)), 0u) << whole;
+  EXPECT_EQ(MostDecimals(ConvertWith("-MEDIUM")), 1u);
+  EXPECT_EQ(MostDecimals(ConvertWith("-HP=3")), 3u);
+}
+
+// Colour modes shape raster output only, and LWMIN is listed in the help but read by nothing: the SVG
+// stays as it is without them.
+TEST(OutputParameter, ColourModesAndLwminLeaveSvgUnchanged) {
+  const std::string plain = ConvertWith("");
+  for (const char* parameter : {"-MONO", "-BW", "-GRAY", "-GS", "-LWMIN=2"}) {
+    EXPECT_EQ(ConvertWith(parameter), plain) << parameter;
+  }
 }
 
 }  // namespace
