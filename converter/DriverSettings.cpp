@@ -90,6 +90,7 @@ void CDm2017::HandOverSettings(int format) {
   if (!blankAttributeText.isEmpty()) driver.SetBlankAttributeText(blankAttributeText);
   driver.SetMinLineWidth(minLineWidth);
   driver.SetFontScale(fontScale);
+  driver.SetNoTextScale(noTextScale);
   driver.SetFlag259(flag259);
   driver.SetListArea(listArea);
 

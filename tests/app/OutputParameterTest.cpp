@@ -12,11 +12,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A red line (colour 1) and a line in colour 7 on layer 0, no header: the program's defaults apply.
+// A red line (colour 1), a line in colour 7 and a text on layer 0, no header: the program's defaults
+// apply.
 constexpr const char* kDrawing =
     "0\nSECTION\n2\nENTITIES\n"
     "0\nLINE\n8\n0\n62\n1\n10\n0\n20\n0\n30\n0\n11\n100.123456\n21\n50.654321\n31\n0\n"
     "0\nLINE\n8\n0\n62\n7\n10\n0\n20\n50\n30\n0\n11\n100\n21\n0\n31\n0\n"
+    "0\nTEXT\n8\n0\n10\n10\n20\n10\n30\n0\n40\n5\n1\nLABEL\n"
     "0\nENDSEC\n0\nEOF\n";
 
 // The SVG the program writes for the drawing with `parameters` added to its command line.
@@ -75,11 +77,12 @@ TEST(OutputParameter, PrecisionSetsTheDecimalsOfCoordinates) {
   EXPECT_EQ(MostDecimals(ConvertWith("-HP=3")), 3u);
 }
 
-// Colour modes shape raster output only, and LWMIN is listed in the help but read by nothing: the SVG
-// stays as it is without them.
+// Colour modes shape raster output only, the no-text-scale switch reaches the driver but changes
+// nothing it writes, and LWMIN is listed in the help but read by nothing: the SVG stays as it is.
 TEST(OutputParameter, ColourModesAndLwminLeaveSvgUnchanged) {
   const std::string plain = ConvertWith("");
-  for (const char* parameter : {"-MONO", "-BW", "-GRAY", "-GS", "-LWMIN=2"}) {
+  ASSERT_TRUE(Has(plain, ">LABEL<"));
+  for (const char* parameter : {"-MONO", "-BW", "-GRAY", "-GS", "-LWMIN=2", "-NOTEXTSCALE", "-NOTS"}) {
     EXPECT_EQ(ConvertWith(parameter), plain) << parameter;
   }
 }
