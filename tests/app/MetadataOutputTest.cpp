@@ -1,0 +1,53 @@
+// The metadata texts that let the web viewer map SVG points back to drawing coordinates: the
+// drawing box, the origin and the scale must be in drawing units, and every file of a run must list
+// the run's pages.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+
+#include "tests/app/RunProgram.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+double NumberAfter(const std::string& text, const std::string& pattern) {
+  std::smatch match;
+  const std::regex expression(pattern + R"(\s*(-?[0-9.]+(?:e[-+]?[0-9]+)?))");
+  if (!std::regex_search(text, match, expression)) {
+    ADD_FAILURE() << "no match for " << pattern;
+    return 0;
+  }
+  return std::stod(match[1]);
+}
+
+}  // namespace
+
+TEST(MetadataOutput, DrawingBoxOriginAndScaleAreInDrawingUnits) {
+  ScratchDirectory dir;
+  std::ofstream(dir.path() / "line.dxf") << "0\nSECTION\n2\nENTITIES\n"
+                                            "0\nLINE\n8\n0\n10\n1000\n20\n2000\n30\n0\n11\n1100\n21\n2050\n31\n0\n"
+                                            "0\nENDSEC\n0\nEOF\n";
+  const ProgramRun run = RunDm2020("line.dxf line.svg -SVG -B=-1", dir.path());
+  ASSERT_EQ(run.status, 0) << run.out << run.err;
+  const std::string svg = ReadWholeFile(dir.path() / "line.svg");
+
+  const std::string dwg = svg.substr(svg.find("\"DWG\""));
+  EXPECT_NEAR(NumberAfter(dwg, R"("lowerLeft": \{ "x":)"), 1000, 1e-6);
+  EXPECT_NEAR(NumberAfter(dwg, R"("lowerLeft": \{ "x": [-0-9.e+]+, "y" :)"), 2000, 1e-6);
+  EXPECT_NEAR(NumberAfter(dwg, R"("upperRight": \{ "x":)"), 1100, 1e-6);
+  EXPECT_NEAR(NumberAfter(dwg, R"("upperRight": \{ "x": [-0-9.e+]+, "y" :)"), 2050, 1e-6);
+
+  // The origin is minus half the drawing's size.
+  EXPECT_NEAR(NumberAfter(svg, R"("globalOrigin": \{ "x":)"), -50, 1e-6);
+  EXPECT_NEAR(NumberAfter(svg, R"("globalOrigin": \{ "x": [-0-9.e+]+, "y" :)"), -25, 1e-6);
+
+  // SVG units per drawing unit: the viewBox spans the drawn line.
+  const double viewBoxWidth = NumberAfter(svg, R"(viewBox="0 0)");
+  const double scale = NumberAfter(svg, R"("svgToWorldUnits":)");
+  EXPECT_GT(viewBoxWidth, 100.0);
+  EXPECT_NEAR(scale, viewBoxWidth / 100.0, 1e-3 * scale);
+}
