@@ -273,13 +273,7 @@ OdString DRAWSVG::NextFileStem(const DrvView& view, bool keepFirstName, bool& ha
   bool separate = m_filesWritten > 0 || view.kind == kViewLayout || view.kind == kViewNamed;
   handledEntry = true;
   if (first || !renamed || !separate) return stem;
-  switch (view.kind) {
-    case kViewLastSaved: return stem + L"__LastSavedView";
-    case kViewModelSpace: return stem + L"__ModelSpace";
-    case kViewPaperSpace: return stem + L"__PaperSpace";
-    case kViewLayout: return stem + L"__Layout" + Wide(TwoDigits(++m_layoutCounter));
-    default: return stem + L"__View" + Wide(TwoDigits(++m_viewCounter));
-  }
+  return stem + ViewFileSuffix(view.kind, m_layoutCounter, m_viewCounter);
 }
 
 int DRAWSVG::OutputDrawing(bool keepFirstName) {

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <regex>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/app/RunProgram.h"
 
@@ -50,4 +52,33 @@ TEST(MetadataOutput, DrawingBoxOriginAndScaleAreInDrawingUnits) {
   const double scale = NumberAfter(svg, R"("svgToWorldUnits":)");
   EXPECT_GT(viewBoxWidth, 100.0);
   EXPECT_NEAR(scale, viewBoxWidth / 100.0, 1e-3 * scale);
+}
+
+// Converting every space writes one file per space and layout; each file lists all of them, in
+// the order written, and points at itself.
+TEST(MetadataOutput, EveryFileOfARunListsTheRunsPages) {
+  ScratchDirectory dir;
+  const fs::path drawing = fs::path(DM_SOURCE_DIR) / "tests" / "app" / "metadata" / "layouts.dxf";
+  std::string arguments = drawing.string();
+  arguments.insert(0, 1, '\'').append("' layouts.svg -SVG -B=-1 -ALL");
+  const ProgramRun run = RunDm2020(arguments, dir.path());
+  ASSERT_EQ(run.status, 0) << run.out << run.err;
+
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"layouts.svg", "Last Saved View"},      {"layouts__ModelSpace.svg", "ModelSpace"},
+      {"layouts__PaperSpace.svg", "PaperSpace"}, {"layouts__Layout01.svg", "Plan"},
+      {"layouts__Layout02.svg", "Section"}};
+  std::string listed;
+  for (const auto& [file, page] : expected) {
+    listed.append("{ \"fileName\":\"").append(file).append("\", \"pageName\":\"").append(page).append("\"}");
+  }
+  for (size_t i = 0; i < expected.size(); ++i) {
+    const fs::path file = dir.path() / expected[i].first;
+    ASSERT_TRUE(fs::exists(file)) << file;
+    const std::string svg = ReadWholeFile(file);
+    EXPECT_NE(svg.find("\"multiPages\": 5,"), std::string::npos) << file;
+    EXPECT_EQ(NumberAfter(svg, R"("currentPage":)"), double(i + 1)) << file;
+    std::string pages = std::regex_replace(svg.substr(svg.find("\"pages\" : [")), std::regex(R"(\s*\n\s*|,\s*(?=\{))"), "");
+    EXPECT_NE(pages.find(listed), std::string::npos) << file << "\n" << pages.substr(0, 400);
+  }
 }
