@@ -3,6 +3,7 @@
 // the run's pages.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -80,5 +81,36 @@ TEST(MetadataOutput, EveryFileOfARunListsTheRunsPages) {
     EXPECT_EQ(NumberAfter(svg, R"("currentPage":)"), double(i + 1)) << file;
     std::string pages = std::regex_replace(svg.substr(svg.find("\"pages\" : [")), std::regex(R"(\s*\n\s*|,\s*(?=\{))"), "");
     EXPECT_NE(pages.find(listed), std::string::npos) << file << "\n" << pages.substr(0, 400);
+  }
+}
+
+// A layout whose viewport shows nothing gets no file: the files written before it learnt of it too
+// late, and must still list only the files that exist.
+TEST(MetadataOutput, PageListsNameOnlyTheFilesWritten) {
+  ScratchDirectory dir;
+  const fs::path drawing = fs::path(DM_CORPUS_DIR) / "dxf" / "acad_table_simple.dxf";
+  std::string arguments = drawing.string();
+  arguments.insert(0, 1, '\'').append("' out.svg -SVG -B=-1 -ALL");
+  const ProgramRun run = RunDm2020(arguments, dir.path());
+  ASSERT_EQ(run.status, 0) << run.out << run.err;
+
+  std::vector<std::string> files;
+  for (const auto& entry : fs::directory_iterator(dir.path())) files.push_back(entry.path().filename().string());
+  std::sort(files.begin(), files.end());
+  ASSERT_GE(files.size(), 2u);
+  for (const std::string& name : files) {
+    const std::string svg = ReadWholeFile(dir.path() / name);
+    std::vector<std::string> listed;
+    static const std::regex fileName(R"re("fileName":"([^"]*)")re");
+    for (auto it = std::sregex_iterator(svg.begin(), svg.end(), fileName); it != std::sregex_iterator(); ++it) {
+      listed.push_back((*it)[1]);
+    }
+    EXPECT_EQ(NumberAfter(svg, R"("multiPages":)"), double(listed.size())) << name;
+    const double current = NumberAfter(svg, R"("currentPage":)");
+    ASSERT_GE(current, 1.0);
+    ASSERT_LE(current, double(listed.size()));
+    EXPECT_EQ(listed[size_t(current) - 1], name);
+    std::sort(listed.begin(), listed.end());
+    EXPECT_EQ(listed, files) << name;
   }
 }
