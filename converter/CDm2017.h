@@ -200,6 +200,11 @@ private:
   struct ConvertFlags;
   int ChooseWorkFlags(ConvertFlags& flags);
   void RegisterOutputNames(ConvertFlags& flags, const OdString& extension);
+  // Lists every file of a multi-file run in the driver's page list before the first is written,
+  // so that each file can name all of them.
+  void RegisterPages(const ConvertFlags& flags, const OdString& extension);
+  // The empty-layout rule without its messages or its repair: true when the layout gets a file.
+  bool LayoutGetsFile(const OdString& name) const;
   int ConvertSpecific(bool firstLayoutSearch, const OdString& strippedName);
   // The empty-layout rule: false when the layout is skipped.
   bool AcceptEmptyLayout(OdDbLayout* layout);

@@ -94,11 +94,10 @@ int CDm2017::ConvertView(const OdString& name, int kind, bool first) {
     PrintMessageOnce("Error converting view", result);
     return result;
   }
-  if (g_ViewportExtents.Count() > 0) {
-    const OdGeExtents3d& box = g_ViewportExtents.boxes.front();
-    if (box.isValidExtents()) {
-      outputDriver->SetWorldExtents(box.minPoint.x, box.minPoint.y, box.maxPoint.x, box.maxPoint.y);
-    }
+  // The sink measured what was drawn in device units; the viewer wants it in drawing units.
+  OdGeExtents3d worldBox;
+  if (g_ViewportExtents.WorldBox(0, worldBox)) {
+    outputDriver->SetWorldExtents(worldBox.minPoint.x, worldBox.minPoint.y, worldBox.maxPoint.x, worldBox.maxPoint.y);
   }
   TraceMessage("Save View Settings");
   outputDriver->StoreViewExtents();

@@ -1,6 +1,7 @@
 // Convert(): which spaces, layouts and named views of the drawing become output files, under which
 // names, and in which order. Each chosen item is converted by ConvertView.
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "converter/CDm2017.h"
@@ -20,6 +21,16 @@ std::vector<OdDbLayout*> DrawingLayouts() {
 }
 
 bool IsModelName(const OdString& name) { return NameIs(name, L"Model") || NameIs(name, L"ModelSpace"); }
+
+// Named views of paper space, the model's own and the embedded-object views get no file.
+bool NamedViewGetsFile(const OdDbViewTableRecord& view, bool dwfInput) {
+  if (view.isPaperspaceView()) return false;
+  const OdString name = view.getName();
+  if (NameStartsWith(OdString(name).makeUpper(), L"MODEL")) return false;
+  return !(NameStartsWith(name, L"OLE") || (dwfInput && NameIs(name, L"INITIAL")));
+}
+
+bool LayoutNameGetsFile(const OdString& name) { return !(IsModelName(name) || NameStartsWith(name, L"OLE")); }
 
 }  // namespace
 
@@ -130,6 +141,39 @@ void CDm2017::RegisterOutputNames(ConvertFlags& f, const OdString& extension) {
   }
 }
 
+bool CDm2017::LayoutGetsFile(const OdString& name) const {
+  if (!LayoutNameGetsFile(name)) return false;
+  return !IsLayoutEmpty(name) || (noUninit && inputKind != kInputDwf);
+}
+
+// The same order and the same choices as the conversion loop of Convert; the first file keeps the
+// base name and each later one takes its view's suffix.
+void CDm2017::RegisterPages(const ConvertFlags& f, const OdString& extension) {
+  std::vector<std::pair<OdString, int>> planned;
+  if (f.lastSavedView) planned.emplace_back(OdString(L"Last Saved View"), kViewLastSaved);
+  if (f.model && !IsModelSpaceEmpty()) planned.emplace_back(OdString(L"ModelSpace"), kViewModelSpace);
+  if (f.paper) planned.emplace_back(OdString(L"PaperSpace"), kViewPaperSpace);
+  if (f.views) {
+    for (OdDbViewTableRecord* view : g_pDb->views()) {
+      if (NamedViewGetsFile(*view, inputKind == kInputDwf)) planned.emplace_back(view->getName(), kViewNamed);
+    }
+  }
+  if (f.layouts) {
+    for (OdDbLayout* layout : DrawingLayouts()) {
+      const OdString name = layout->getLayoutName();
+      if (LayoutGetsFile(name)) planned.emplace_back(name, kViewLayout);
+    }
+  }
+  if (planned.size() < 2) return;
+  const OdString base = StripExtension(outputName, extension);
+  int layoutCounter = 0, viewCounter = 0;
+  for (size_t i = 0; i < planned.size(); ++i) {
+    const auto& [name, kind] = planned[i];
+    const OdString stem = i == 0 ? base : base + ViewFileSuffix(kind, layoutCounter, viewCounter);
+    outputDriver->AddPage(name, stem + extension);
+  }
+}
+
 bool CDm2017::AcceptEmptyLayout(OdDbLayout* layout) {
   const OdString name = layout->getLayoutName();
   if (noUninit && inputKind != kInputDwf) {
@@ -206,6 +250,7 @@ int CDm2017::Convert() {
   f.first = true;
   outputDriver->SetOutputFileName(outputName);
   RegisterOutputNames(f, extension);
+  if (!f.specific) RegisterPages(f, extension);
   if (!f.specific) {
     layoutName.empty();
     viewName.empty();
@@ -260,7 +305,7 @@ int CDm2017::Convert() {
       SetViewName(name);
       restoreSize();
       zoomExtents = false;
-      if (NameStartsWith(name, L"OLE") || (inputKind == kInputDwf && NameIs(name, L"INITIAL"))) continue;
+      if (!NamedViewGetsFile(*view, inputKind == kInputDwf)) continue;
       if (unitsWereZero) SetUnits(0);
       TraceMessage("Converting View", name);
       if (!convertOne(name, 4)) return result;
@@ -270,7 +315,7 @@ int CDm2017::Convert() {
   if (f.layouts) {
     for (OdDbLayout* layout : DrawingLayouts()) {
       const OdString name = layout->getLayoutName();
-      if (IsModelName(name) || NameStartsWith(name, L"OLE")) continue;
+      if (!LayoutNameGetsFile(name)) continue;
       if (IsLayoutEmpty(name) && !AcceptEmptyLayout(layout)) continue;
       viewActive = false;
       viewMode = 2;

@@ -206,6 +206,10 @@ struct DrvPage {
 // View kinds.
 enum DrvViewKind { kViewLastSaved = 0, kViewModelSpace = 1, kViewPaperSpace = 2, kViewLayout = 3, kViewNamed = 4 };
 
+// What a view's file adds to the run's base name when it is not the run's first file:
+// "__ModelSpace", or "__Layout01", "__View01"... numbered by the two counters, which it advances.
+OdString ViewFileSuffix(int kind, int& layoutCounter, int& viewCounter);
+
 // One converted view (model space, paper space, layout or named view) and its collections.
 struct DrvView {
   OdString name;

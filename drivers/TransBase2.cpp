@@ -4,6 +4,7 @@
 #include <cstring>
 #include <algorithm>
 #include <exception>
+#include <string>
 
 #include "drivers/TRANS_BASE2.h"
 #include "projects/common/CommonRoutines.h"
@@ -177,6 +178,20 @@ void TRANS_BASE2::SetLayersOff(const std::string& list) { m_layersOff = splitLay
 void TRANS_BASE2::SetLayersOn(const std::string& list) { m_layersOn = splitLayerList(list); }
 void TRANS_BASE2::SetBlockNames(const std::string& list) { m_blockNames = splitLayerList(list); }
 void TRANS_BASE2::SetBlockLayers(const std::string& list) { m_blockLayers = splitLayerList(list); }
+
+OdString ViewFileSuffix(int kind, int& layoutCounter, int& viewCounter) {
+  auto twoDigits = [](int number) {
+    std::string text = std::to_string(number);
+    return OdString(text.size() < 2 ? "0" + text : text);
+  };
+  switch (kind) {
+    case kViewLastSaved: return OdString(L"__LastSavedView");
+    case kViewModelSpace: return OdString(L"__ModelSpace");
+    case kViewPaperSpace: return OdString(L"__PaperSpace");
+    case kViewLayout: return L"__Layout" + twoDigits(++layoutCounter);
+    default: return L"__View" + twoDigits(++viewCounter);
+  }
+}
 
 void TRANS_BASE2::AddPage(const OdString& pageName, const OdString& filePath) {
   int separator = LastSeparator(filePath);

@@ -53,6 +53,7 @@ bool BeginEntityRules(const EntityRuleInput& input, const Entity& entity) {
     rules.currentViewportIndex = input.viewportIndex;
     g_ViewportExtents.SelectViewport(input.viewportIndex);
   }
+  g_ViewportExtents.SetWorldToDevice(input.viewportIndex, input.viewMatrices[1]);
   ResetPerEntityState();
   if (rules.captureViewMatrices) {
     rules.captureViewMatrices = 0;

@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "drivers/TRANS_BASE2.h"
@@ -28,6 +29,7 @@ public:
 
   // Slots of TRANS_BASE2.
   int OutputDrawing(bool keepFirstName) override;
+  int EndConversion() override;
   int HasFinalOutput() override { return 1; }
   int FixOutputName(OdString& outputName) override;
   void WriteWrapperPage() override;
@@ -134,6 +136,9 @@ protected:
   OdString m_firstFileStem;  // the file the HTML page shows: the run's first, under the output name
   int m_viewCounter = 0;
   int m_pageCounter = 0;
+  // The file stems of this run in the order written, with their view's name (not with
+  // break-by-layer).
+  std::vector<std::pair<OdString, OdString>> m_writtenFiles;
   std::string m_colourClass;        // "red", "rgb(12,34,56)"
   std::string m_colourKey;          // "red" or the decimal index
   bool m_namedColour = true;

@@ -273,13 +273,7 @@ OdString DRAWSVG::NextFileStem(const DrvView& view, bool keepFirstName, bool& ha
   bool separate = m_filesWritten > 0 || view.kind == kViewLayout || view.kind == kViewNamed;
   handledEntry = true;
   if (first || !renamed || !separate) return stem;
-  switch (view.kind) {
-    case kViewLastSaved: return stem + L"__LastSavedView";
-    case kViewModelSpace: return stem + L"__ModelSpace";
-    case kViewPaperSpace: return stem + L"__PaperSpace";
-    case kViewLayout: return stem + L"__Layout" + Wide(TwoDigits(++m_layoutCounter));
-    default: return stem + L"__View" + Wide(TwoDigits(++m_viewCounter));
-  }
+  return stem + ViewFileSuffix(view.kind, m_layoutCounter, m_viewCounter);
 }
 
 int DRAWSVG::OutputDrawing(bool keepFirstName) {
@@ -310,6 +304,7 @@ int DRAWSVG::OutputDrawing(bool keepFirstName) {
         m_outputFileName = stem;
         if (!OpenOutputFile(Utf8(stem) + ".svg")) return 0;
         if (m_filesWritten++ == 0) m_firstFileStem = stem;
+        m_writtenFiles.emplace_back(stem, view.name);
         PrepareFile();
         WriteHeader(view);
       }
@@ -327,6 +322,28 @@ int DRAWSVG::OutputDrawing(bool keepFirstName) {
     if (m_fileOpen) CloseOutputFile();
     return 0;
   }
+}
+
+// The page list was laid out before any view was drawn; a view that drew nothing has no file, and
+// the files after it took other numbers, so the files written then list what was really written.
+int DRAWSVG::EndConversion() {
+  if (m_pages.empty() || m_writtenFiles.empty()) return 1;
+  std::vector<SvgPageEntry> written;
+  bool same = m_writtenFiles.size() == m_pages.size();
+  for (std::size_t i = 0; i < m_writtenFiles.size(); ++i) {
+    const OdString fileName = WithoutDirectory(m_writtenFiles[i].first) + L".svg";
+    const OdString& pageName = m_writtenFiles[i].second;
+    same = same && m_pages[i].fileName == fileName && m_pages[i].pageName == pageName;
+    written.push_back({PageText(fileName), PageText(pageName)});
+  }
+  if (same) return 1;
+  for (std::size_t i = 0; i < m_writtenFiles.size(); ++i) {
+    const std::string path = Utf8(m_writtenFiles[i].first) + ".svg";
+    if (!ReplacePageList(path, written, static_cast<int>(i) + 1)) {
+      TraceMessage("Page List Not Rewritten", path);
+    }
+  }
+  return 1;
 }
 
 int DRAWSVG::StartPageFile() {

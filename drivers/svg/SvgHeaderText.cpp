@@ -81,19 +81,7 @@ void AppendDrawingCoordinates(std::string& out, const SvgHeaderValues& v, const 
 }
 
 void AppendPages(std::string& out, const SvgHeaderValues& v, const std::string& idTail) {
-  AppendLine(out, "<text id=\"vistrel_multiPages" + idTail + "\">{ \"multiPages\": " +
-                      std::to_string(v.pages.size()) + ", ");
-  AppendLine(out, "                   \"currentPage\":" + std::to_string(v.currentPage) + ",");
-  AppendLine(out, "                   \"pages\" : [");
-  for (std::size_t i = 0; i < v.pages.size(); ++i) {
-    std::string line = "                        { \"fileName\":\"" + v.pages[i].fileName + "\", \"pageName\":\"" +
-                       v.pages[i].pageName + "\"}";
-    if (i + 1 < v.pages.size()) line += ',';
-    AppendLine(out, line);
-  }
-  AppendLine(out, "                   ]");
-  AppendLine(out, "}");
-  AppendLine(out, "</text>");
+  AppendPageList(out, v.pages, v.currentPage, idTail);
 }
 
 }  // namespace
@@ -173,4 +161,20 @@ void AppendSvgHeader(std::string& out, const SvgHeaderValues& v) {
   AppendLine(out, "\t]]></style>");
   AppendLine(out, "\t</defs>");
   AppendMetadata(out, v);
+}
+
+void AppendPageList(std::string& out, const std::vector<SvgPageEntry>& pages, int currentPage,
+                    const std::string& idTail) {
+  AppendLine(out, "<text id=\"vistrel_multiPages" + idTail + "\">{ \"multiPages\": " + std::to_string(pages.size()) + ", ");
+  AppendLine(out, "                   \"currentPage\":" + std::to_string(currentPage) + ",");
+  AppendLine(out, "                   \"pages\" : [");
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    std::string line =
+        "                        { \"fileName\":\"" + pages[i].fileName + "\", \"pageName\":\"" + pages[i].pageName + "\"}";
+    if (i + 1 < pages.size()) line += ',';
+    AppendLine(out, line);
+  }
+  AppendLine(out, "                   ]");
+  AppendLine(out, "}");
+  AppendLine(out, "</text>");
 }

@@ -59,3 +59,9 @@ void AppendSvgHeader(std::string& out, const SvgHeaderValues& values);
 void AppendColourRules(std::string& out, const std::vector<SvgColourRule>& used);
 void AppendLineTypeRules(std::string& out, const std::vector<SvgLineTypeRule>& rules);
 void AppendMetadata(std::string& out, const SvgHeaderValues& values);
+// The page list text; `idTail` follows "vistrel_multiPages" in its id.
+void AppendPageList(std::string& out, const std::vector<SvgPageEntry>& pages, int currentPage,
+                    const std::string& idTail);
+// Writes the page list anew into a file written earlier in the run, keeping its id; false when the
+// file cannot be read or written or holds no page list.
+bool ReplacePageList(const std::string& path, const std::vector<SvgPageEntry>& pages, int currentPage);
