@@ -63,6 +63,15 @@ TEST_F(OutputPolylineTest, TwoPointsAreALineUnlessTheWidthIsGeometric) {
   }
 }
 
+// Two entities with the same line (a common fault of drawings) write it once.
+TEST_F(OutputPolylineTest, TheSameLineInTheNextPointListIsDroppedAsARepeat) {
+  RecordingDriver& driver = UseDriver();
+  Output({{0, 0, 0}, {10, 0, 0}});
+  Output({{0, 0, 0}, {10, 0, 0}});
+  Output({{0, 5, 0}, {10, 5, 0}});
+  EXPECT_EQ(driver.Lines().size(), 2u);
+}
+
 TEST_F(OutputPolylineTest, TwentyOnePointsOfACircleCandidateMakeACircle) {
   for (int count : {20, 21, 64}) {
     SCOPED_TRACE(count);
