@@ -592,6 +592,7 @@ protected:
   const char* FormatCoordinate(double value, long& counter, const char* errorText);
   void SelectColorDirect(int index);
   int FindOrAddColor(int red, int green, int blue);
+  bool SelectsOwnEntry(int index) const;
   void ResetViewState();
   void FillDefaultColorTable();
   DrvLayerMap* CurrentLayerMap();
