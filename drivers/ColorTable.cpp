@@ -147,10 +147,19 @@ void TRANS_BASE2::SetColor(int index) {
   }
 }
 
+// A colour index can stand for another colour than its entry (the palette's white drawn black, the
+// first colour 7 turned, the grey rows): a true colour must not be found at such an index, or the
+// page's white behind a text would come out grey.
+bool TRANS_BASE2::SelectsOwnEntry(int index) const {
+  if (m_paletteLoaded && index == m_paletteWhite && m_paletteBlack >= 0) return false;
+  if (index == 7 && m_firstColor7Pending) return false;
+  return !(index >= 250 && index <= 255 && !m_firstColor7Pending);
+}
+
 int TRANS_BASE2::SetColorRGB(int red, int green, int blue) {
   const DrvRgb wanted = rgb(red, green, blue);
   for (int i = 1; i < m_colorCount; ++i) {
-    if (m_colorTable[static_cast<std::size_t>(i)] == wanted) {
+    if (m_colorTable[static_cast<std::size_t>(i)] == wanted && SelectsOwnEntry(i)) {
       SetColor(i);
       return i;
     }
@@ -169,6 +178,7 @@ int TRANS_BASE2::SetColorRGB(int red, int green, int blue) {
   int best = 0;
   long bestDistance = distance(m_colorTable[0]);
   for (int i = 1; i < m_colorCount; ++i) {
+    if (!SelectsOwnEntry(i)) continue;
     long d = distance(m_colorTable[static_cast<std::size_t>(i)]);
     if (d < bestDistance) {
       best = i;

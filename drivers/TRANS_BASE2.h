@@ -530,8 +530,10 @@ public:
   void EndGroup(const OdString& name);
   bool IsInGroup() const { return m_inGroup; }
   void SetFont(const std::string& fontName, double height);
-  // Forgets the duplicate-line ring (the vectorizer's "reset the pending path").
-  void ResetPendingPath() { m_ringCount = 0; }
+  // The vectorizer starts every point list here. These writers build no path across point lists, so
+  // nothing is forgotten: the duplicate-line ring lives on until the file or the view is reset, and
+  // a segment handed again by the next list (the same line drawn twice) is still dropped.
+  void ResetPendingPath() {}
   DrvLayer* GetCurrentLayer() { return m_currentLayer; }
   DrvColorGroup* GetCurrentColorGroup() { return m_currentGroup; }
   // Read by the vectorizer: stroke every text; lone points are not drawn as dots.
@@ -596,6 +598,7 @@ protected:
   const char* FormatCoordinate(double value, long& counter, const char* errorText);
   void SelectColorDirect(int index);
   int FindOrAddColor(int red, int green, int blue);
+  bool SelectsOwnEntry(int index) const;
   void ResetViewState();
   void FillDefaultColorTable();
   DrvLayerMap* CurrentLayerMap();

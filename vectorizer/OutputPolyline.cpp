@@ -68,8 +68,7 @@ void OdGiDumperImpl::outputPolyline(int32_t numPoints, const OdGePoint3d* points
   }
   size_t distinct = taken.size();
   if (s.closedFlag) taken.push_back(taken.front());
-  int restoreColor = distinct == 4 ? BeginBackgroundMask(*driver, points) : -1;
+  if (distinct == 4) MarkBackgroundMask(points);
   driver->DrawPolyline(taken, s.closedFlag && s.fillOn, s.pathStyle, s.lineTypeName, s.isContinuous,
                        s.widthIsGeometric, s.lineTypeScale, s.lineWidth);
-  if (restoreColor >= 0) driver->SetColor(restoreColor);
 }

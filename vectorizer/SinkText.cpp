@@ -57,7 +57,7 @@ void OdGiConveyorGeometryDumper::drawText(const OdGePoint3d& position, const OdG
     return;
   }
   g_ViewportExtents.AddPoint(position);
-  driver->DrawText(MakeTextRecord(position, direction, upVector, text, style, *driver));
+  driver->DrawText(MakeTextRecord(position, direction, upVector, text, style));
 }
 
 void OdGiConveyorGeometryDumper::strokeText(const OdGePoint3d& position, const OdGeVector3d& direction,

@@ -13,8 +13,6 @@ namespace {
 constexpr double kDegreesPerRadian = 180.0 / kPi;
 // Texts whose direction and up vectors meet at less than this are slanted: italic by default.
 constexpr double kSlantedBelowDegrees = 85.0;
-// The SVG writer takes 0.9 as the width factor of plain text.
-constexpr double kSvgPlainWidthFactor = 0.9;
 
 // The baseline's angle in degrees as the drawing shows it: where the output's y runs down, the
 // angle measured in output coordinates is turned back. Within a degree of level counts as level.
@@ -81,7 +79,7 @@ bool IsRomans(const OdGiTextStyle& style) {
 }  // namespace
 
 TextRecord MakeTextRecord(const OdGePoint3d& position, const OdGeVector3d& direction, const OdGeVector3d& upVector,
-                          const OdString& text, const OdGiTextStyle& style, TRANS_BASE2& driver) {
+                          const OdString& text, const OdGiTextStyle& style) {
   TextRecord record;
   OdString cleaned = text;
   bool underline = false;
@@ -93,7 +91,6 @@ TextRecord MakeTextRecord(const OdGePoint3d& position, const OdGeVector3d& direc
   double height = DrawnHeight(direction, upVector);
   double widthFactor = height > 0.0 ? direction.length() / height : 1.0;
   if (mirrored) widthFactor = -widthFactor;
-  if (driver.GetFormatCode() == 1016) widthFactor *= kSvgPlainWidthFactor;
   record.widthFactor = widthFactor;
   record.oblique = style.obliquingAngle();
   record.fontName = OutputFontName(style, IsSlanted(direction, upVector));

@@ -22,7 +22,7 @@ bool IsSpecialIsocpText(const OdString& text, const OdGiTextStyle& style);
 
 // The native text record of a text at `position` with the conveyor's direction and up vectors.
 TextRecord MakeTextRecord(const OdGePoint3d& position, const OdGeVector3d& direction, const OdGeVector3d& upVector,
-                          const OdString& text, const OdGiTextStyle& style, TRANS_BASE2& driver);
+                          const OdString& text, const OdGiTextStyle& style);
 
 // Lower-case file name without directory and without extension.
 std::string FontBaseName(const OdString& fileName);

@@ -163,4 +163,22 @@ TEST_F(ColorTableTest, EmptyTableGivesNoIndex) {
   EXPECT_STREQ(driver.ColorName(0), "black");
 }
 
+// A true colour is never found at an index that draws as another colour: the light palette's white
+// at 255 (a grey of the grey row) and black at a pending colour 7 (turned white once).
+TEST_F(ColorTableTest, TrueColoursAreNotFoundWhereAnIndexDrawsAnotherColour) {
+  TrueColorDriver driver;
+  for (int i = 0; i < 256; ++i) driver.DefineColor(i, 0, 0, i == 7 ? 0 : 100);
+  driver.DefineColor(255, 255, 255, 255);
+  driver.SetColor(1);  // colour 7 no longer pending: the grey rows apply
+  int white = driver.SetColorRGB(255, 255, 255);
+  EXPECT_NE(white, 255);
+  EXPECT_STREQ(driver.ColorName(driver.GetColorIndex()), "white");
+
+  TrueColorDriver fresh;
+  fresh.DefineColor(7, 0, 0, 0);
+  fresh.SetFirstColor7Pending(true);
+  fresh.SetColorRGB(0, 0, 0);
+  EXPECT_STREQ(fresh.ColorName(fresh.GetColorIndex()), "black");
+}
+
 }  // namespace

@@ -183,13 +183,26 @@ TEST_F(TextEntryTest, MirroredTextsAreWrittenWithANegativeWidth) {
     SCOPED_TRACE(i);
     EXPECT_NEAR(texts[i].rotation, cases[i].rotation, 1e-9);
     EXPECT_EQ(texts[i].widthFactor < 0.0, cases[i].negative);
-    EXPECT_NEAR(std::fabs(texts[i].widthFactor), 0.9, 1e-9);
+    EXPECT_NEAR(std::fabs(texts[i].widthFactor), 1.0, 1e-9);
   }
   // Device y running down turns the sense of "clockwise" round as well.
   g_EntityRuleState.outputYDown = 1;
   Draw(L"Hall", TrueType(L"Arial"), {-2.5, 0, 0}, {0, -2.5, 0});
   EXPECT_NEAR(driver.Texts().back().rotation, 0.0, 1e-9);
   EXPECT_LT(driver.Texts().back().widthFactor, 0.0);
+}
+
+// The record carries the drawing's own width factor (the writer scales from its plain 0.9 itself).
+TEST_F(TextEntryTest, TheRecordCarriesTheDrawingsWidthFactor) {
+  RecordingDriver& driver = UseDriver();
+  g_EntityRuleState.outputYDown = 0;
+  for (double factor : {1.0, 0.9, 0.75, 1.5}) Draw(L"Hall", TrueType(L"Arial"), {2.0 * factor, 0, 0}, {0, 2.0, 0});
+  std::vector<DrvText> texts = driver.Texts();
+  ASSERT_EQ(texts.size(), 4u);
+  EXPECT_NEAR(texts[0].widthFactor, 1.0, 1e-9);
+  EXPECT_NEAR(texts[1].widthFactor, 0.9, 1e-9);
+  EXPECT_NEAR(texts[2].widthFactor, 0.75, 1e-9);
+  EXPECT_NEAR(texts[3].widthFactor, 1.5, 1e-9);
 }
 
 TEST_F(TextEntryTest, StruckThroughTextIsWrittenWithLineThrough) {
