@@ -28,6 +28,6 @@ public:
 // The special point lists, each consuming its one-shot request; true when the list was drawn.
 bool DrawRasterFrame(TRANS_BASE2& driver, int32_t numPoints, const OdGePoint3d* points);
 bool DrawDetectedCircle(TRANS_BASE2& driver, int32_t numPoints, const OdGePoint3d* points);
-// Marks a filled four-corner list of a text as its background mask. The mask keeps the colour the
-// text's traits gave it: its own fill colour, or the window's when it uses the background.
-void MarkBackgroundMask(const OdGePoint3d* points);
+// Paints a filled four-corner background mask in the background colour; returns the colour index
+// to restore after drawing, or -1 when the list is no mask.
+int BeginBackgroundMask(TRANS_BASE2& driver, const OdGePoint3d* points);

@@ -68,7 +68,8 @@ void OdGiDumperImpl::outputPolyline(int32_t numPoints, const OdGePoint3d* points
   }
   size_t distinct = taken.size();
   if (s.closedFlag) taken.push_back(taken.front());
-  if (distinct == 4) MarkBackgroundMask(points);
+  int restoreColor = distinct == 4 ? BeginBackgroundMask(*driver, points) : -1;
   driver->DrawPolyline(taken, s.closedFlag && s.fillOn, s.pathStyle, s.lineTypeName, s.isContinuous,
                        s.widthIsGeometric, s.lineTypeScale, s.lineWidth);
+  if (restoreColor >= 0) driver->SetColor(restoreColor);
 }

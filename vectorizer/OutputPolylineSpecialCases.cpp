@@ -1,5 +1,5 @@
 // Point lists that are something else: the frame of a raster image, a tessellated circle that
-// can be drawn as one, and the filled rectangle behind a text.
+// can be drawn as one, and the filled rectangle behind a text that must take the page colour.
 #include <algorithm>
 #include <cmath>
 
@@ -87,10 +87,16 @@ bool DrawDetectedCircle(TRANS_BASE2& driver, int32_t numPoints, const OdGePoint3
   return true;
 }
 
-void MarkBackgroundMask(const OdGePoint3d* points) {
+int BeginBackgroundMask(TRANS_BASE2& driver, const OdGePoint3d* points) {
   EntityDrawState& s = g_EntityDrawState;
-  if (!s.isBackgroundMask) return;
+  if (!s.isBackgroundMask) return -1;
+  s.maskFilled = 0;
   double dx = std::fabs(points[3].x - points[0].x);
   double dy = std::fabs(points[3].y - points[0].y);
-  s.maskFilled = dx > 0.0 && dy > 0.0 && s.closedFlag && s.fillOn ? 1 : 0;
+  if (!(dx > 0.0 && dy > 0.0 && s.closedFlag && s.fillOn)) return -1;
+  s.maskFilled = 1;
+  int previous = driver.GetColorIndex();
+  if (driver.BackgroundIsBlack()) driver.SetColorRGB(0, 0, 0);
+  else driver.SetColorRGB(255, 255, 255);
+  return previous;
 }

@@ -185,22 +185,23 @@ TEST_F(OutputPolylineTest, FivePointFrameOfARasterFileBecomesTheImage) {
   EXPECT_TRUE(g_EntityDrawState.rasterFileName.isEmpty());
 }
 
-// A text's background keeps the colour its traits gave it (its fill colour, or the window's), on a
-// white page as on a black one: painting it in the page colour would hide a coloured background.
-TEST_F(OutputPolylineTest, BackgroundMasksKeepTheirFillColour) {
-  struct Case {
-    const char* name;
-    int background;
-    bool fillOn;
-    uint8_t maskFilled;
-  } cases[] = {
-      {"white page", 255, true, 1},
-      {"black page", 0, true, 1},
-      {"fill off: no mask", 255, false, 0},
+struct MaskCase {
+  const char* name;
+  int background;
+  bool fillOn;
+  DrvRgb fillColor;
+  uint8_t maskFilled;
+};
+
+TEST_F(OutputPolylineTest, BackgroundMasksArePaintedInThePageColour) {
+  const MaskCase cases[] = {
+      {"white page", 255, true, {255, 255, 255}, 1},
+      {"black page", 0, true, {0, 0, 0}, 1},
+      {"fill off: no mask", 255, false, {255, 0, 0}, 0},
   };
   // A tilted quadrilateral: its first and fourth corners differ in x and y.
   const std::vector<OdGePoint3d> quad = {{0, 0, 0}, {10, 2, 0}, {8, 12, 0}, {-2, 10, 0}};
-  for (const Case& c : cases) {
+  for (const MaskCase& c : cases) {
     SCOPED_TRACE(c.name);
     RecordingDriver& driver = UseDriver();
     driver.SetBackgroundColor(c.background);
@@ -218,7 +219,8 @@ TEST_F(OutputPolylineTest, BackgroundMasksKeepTheirFillColour) {
     std::vector<DrvFill> fills = driver.All(&DrvColorGroup::fills);
     std::vector<DrvPolyline> lines = driver.Polylines();
     ASSERT_EQ(fills.size() + lines.size(), 1u);
-    EXPECT_EQ(fills.empty() ? lines[0].colorIndex : fills[0].colorIndex, 2);
+    int colour = fills.empty() ? lines[0].colorIndex : fills[0].colorIndex;
+    EXPECT_EQ(driver.GetColorTable()[size_t(colour)], c.fillColor);
   }
 }
 
