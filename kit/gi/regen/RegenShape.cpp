@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kit/gi/GiTessellation.h"
 #include "kit/gi/ShxFont.h"
 #include "kit/gi/StrokeFont.h"
 #include "kit/gi/regen/RegenEntities.h"
@@ -41,10 +40,8 @@ void regenShape(GiRegenContext& ctx, const ShapeEntity& e) {
   std::vector<OdGePoint2d> flat;
   std::vector<OdGePoint3d> points;
   for (const auto& stroke : glyph->strokes) {
-    flat.assign(1, stroke.front().point);
-    for (size_t k = 1; k < stroke.size(); ++k) {
-      tessellateBulge(stroke[k - 1].point, stroke[k].point, stroke[k].bulge, deviation, flat);
-    }
+    flattenStroke(stroke, deviation, flat);
+    if (flat.empty()) continue;
     points.clear();
     for (const OdGePoint2d& p : flat) points.push_back(place(p));
     ctx.geometry().polylineProc(int32_t(points.size()), points.data());
