@@ -29,6 +29,15 @@ struct Rig {
   DimensionGraphics layout() { return gi::layoutDimension(*e, style); }
 };
 
+// The length of the dimension line drawn, extension lines left out.
+double dimensionLineLength(const DimensionGraphics& g) {
+  double drawn = 0.0;
+  for (auto& s : g.segments) {
+    if (!s.extension) drawn += (s.end - s.start).length();
+  }
+  return drawn;
+}
+
 TEST(DimensionGeometry, RotatedLinearExtensionLinesAndArrowTips) {
   Rig r;
   r.e->kind = Kind::kRotated;
@@ -82,20 +91,12 @@ TEST(DimensionGeometry, CentredTextBreaksTheLineAndTicksExtendIt) {
   r.style.textWidth = 4.0;
   r.style.textGap = 0.5;
   DimensionGraphics g = r.layout();
-  double drawn = 0.0;
-  for (auto& s : g.segments) {
-    if (!s.extension) drawn += (s.end - s.start).length();
-  }
-  EXPECT_NEAR(drawn, 20.0 - 5.0, 1e-9);
+  EXPECT_NEAR(dimensionLineLength(g), 20.0 - 5.0, 1e-9);
   r.style.textAbove = true;
   r.style.tickSize = 0.5;
   r.style.lineBeyond = 1.0;
   g = r.layout();
-  drawn = 0.0;
-  for (auto& s : g.segments) {
-    if (!s.extension) drawn += (s.end - s.start).length();
-  }
-  EXPECT_NEAR(drawn, 22.0, 1e-9);
+  EXPECT_NEAR(dimensionLineLength(g), 22.0, 1e-9);
   EXPECT_EQ(g.arrows[0].kind, gi::DimensionArrow::kOblique);
 }
 
